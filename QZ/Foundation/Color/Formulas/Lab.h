@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+
+/// \file
+/// CIE L*a*b* on the hundredth scale, its polar form and its colour difference.
+
+#if defined(QZ_FORMULAS_LAB) == defined(HWY_TARGET_TOGGLE)
+#ifdef QZ_FORMULAS_LAB
+#undef QZ_FORMULAS_LAB
+#else
+#define QZ_FORMULAS_LAB
+#endif
+
+#include "QZ/Foundation/Color/Formulas/LXX.h"
+#include "QZ/Foundation/Color/Formulas/Polar.h"
+#include "QZ/Foundation/Color/Formulas/XYZ.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace QZ::Foundation::QZ_TARGET {
+
+/// CIE 15:2004, 8.2.1.1. L alone is clamped.
+template <class F>
+HWY_INLINE Vec3<F> XYZToLab(CColor::EIlluminant illuminant, const Vec3<F>& xyz)
+{
+    const Constants::Vector& inverseWhite = Constants::InvXYZReference(illuminant);
+    const F fx = LightnessRoot(xyz.x * inverseWhite.x);
+    const F fy = LightnessRoot(xyz.y * inverseWhite.y);
+    const F fz = LightnessRoot(xyz.z * inverseWhite.z);
+    return {ClampToUnit(1.16f * fy - 0.16f), (fx - fy) * 5.0f, (fy - fz) * 2.0f};
+}
+template <class F>
+HWY_INLINE Vec3<F> LabToXYZ(CColor::EIlluminant illuminant, const Vec3<F>& lab)
+{
+    const Constants::Vector& white = Constants::XYZReference(illuminant);
+    const F fy = (lab.x + 0.16f) * 0.862069f;
+    const F fx = lab.y * 0.2f + fy;
+    const F fz = lab.z * -0.5f + fy;
+    return {InverseLightnessRoot(fx) * white.x, InverseLightnessRoot(fy) * white.y,
+            InverseLightnessRoot(fz) * white.z};
+}
+
+template <class F>
+HWY_INLINE Vec3<F> LinearRGBToLab(CColor::EIlluminant illuminant, const Vec3<F>& rgb)
+{
+    return XYZToLab(illuminant, LinearRGBToXYZ(illuminant, rgb));
+}
+template <class F>
+HWY_INLINE Vec3<F> LabToLinearRGB(bool extendedRange, CColor::EIlluminant illuminant, const Vec3<F>& lab)
+{
+    return XYZToLinearRGB(extendedRange, illuminant, LabToXYZ(illuminant, lab));
+}
+template <class F>
+HWY_INLINE Vec3<F> SRGBToLab(bool useGamma22, bool extendedRange, CColor::EIlluminant illuminant,
+                             const Vec3<F>& srgb)
+{
+    return LinearRGBToLab(illuminant, NonlinearToLinear(useGamma22, extendedRange, srgb));
+}
+
+/// Clamped to 0 to 1 before the encoding, in extended range too.
+template <class F>
+HWY_INLINE Vec3<F> LabToSRGB(bool useGamma22, bool extendedRange, CColor::EIlluminant illuminant,
+                             const Vec3<F>& lab)
+{
+    const Vec3<F> rgb = ClampToUnit(LabToLinearRGB(extendedRange, illuminant, lab));
+    return LinearToNonlinear(useGamma22, extendedRange, rgb);
+}
+
+/// Extended-range RGB is D50-referred: its matrix is the D50 one, whatever white Lab refers to.
+template <class F>
+HWY_INLINE Vec3<F> ExtendedRangeSRGBToLab(bool useGamma22, CColor::EIlluminant illuminant,
+                                          const Vec3<F>& srgb)
+{
+    return XYZToLab(illuminant, SRGBToXYZ(useGamma22, true, CColor::eD50, srgb));
+}
+template <class F>
+HWY_INLINE Vec3<F> LabToExtendedRangeSRGB(bool useGamma22, CColor::EIlluminant illuminant, const Vec3<F>& lab)
+{
+    return XYZToSRGB(useGamma22, true, CColor::eD50, LabToXYZ(illuminant, lab));
+}
+
+}   // namespace QZ::Foundation::QZ_TARGET
+HWY_AFTER_NAMESPACE();
+
+#endif

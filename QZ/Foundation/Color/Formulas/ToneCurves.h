@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+
+/// \file
+/// Transfer curves between encoded values and linear light.
+
+#if defined(QZ_FORMULAS_TONECURVES) == defined(HWY_TARGET_TOGGLE)
+#ifdef QZ_FORMULAS_TONECURVES
+#undef QZ_FORMULAS_TONECURVES
+#else
+#define QZ_FORMULAS_TONECURVES
+#endif
+
+#include "QZ/Foundation/Color/Elementary.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace QZ::Foundation::QZ_TARGET {
+
+/// Encoded sRGB to linear light (IEC 61966-2-1:1999, 5.2), by reciprocals. NaN stays NaN.
+template <class F>
+HWY_INLINE F SRGBToLinear(F c)
+{
+    return Choose(
+        c > 0.04045f, [&] { return Pow<Exponent::k2_4>((c + 0.055f) * 0.94786733f); },
+        [&] { return c * 0.07739938f; });
+}
+
+/// Linear light to encoded sRGB.
+template <class F>
+HWY_INLINE F LinearToSRGB(F c)
+{
+    return Choose(
+        c > 0.0031308f, [&] { return Pow<Exponent::k0_41666666>(c) * 1.055f - 0.055f; },
+        [&] { return c * 12.92f; });
+}
+
+/// One component without extended range.
+template <class F>
+HWY_INLINE F NonlinearToLinear(bool useGamma22, F c)
+{
+    return useGamma22 ? Pow<Exponent::k2_2>(c) : SRGBToLinear(c);
+}
+template <class F>
+HWY_INLINE F LinearToNonlinear(bool useGamma22, F c)
+{
+    return useGamma22 ? Pow<Exponent::k0_45454544>(c) : LinearToSRGB(c);
+}
+
+/// Applies a curve; the extended range mirrors it about 0, a zero of either sign giving +0.
+template <class F, class Curve>
+HWY_INLINE F Mirrored(bool extendedRange, F c, Curve&& curve)
+{
+    if (!extendedRange)
+        return curve(c);
+    return curve(Abs(c)) * Select(c >= 0.0f, F(1.0f), F(-1.0f));
+}
+
+template <class F>
+HWY_INLINE Vec3<F> NonlinearToLinear(bool useGamma22, bool extendedRange, const Vec3<F>& v)
+{
+    return Map(v, [&](F c) {
+        return Mirrored(extendedRange, c,
+                        [&](F magnitude) { return NonlinearToLinear(useGamma22, magnitude); });
+    });
+}
+template <class F>
+HWY_INLINE Vec3<F> LinearToNonlinear(bool useGamma22, bool extendedRange, const Vec3<F>& v)
+{
+    return Map(v, [&](F c) {
+        return Mirrored(extendedRange, c,
+                        [&](F magnitude) { return LinearToNonlinear(useGamma22, magnitude); });
+    });
+}
+
+/// Rec. 709 code to linear light (ITU-R BT.709-6, 3.2), by reciprocals.
+template <class F>
+HWY_INLINE F Rec709ToLinear(F c)
+{
+    return Choose(
+        c > 0.081f, [&] { return Pow<Exponent::k2_2222223>((c + 0.099f) * 0.9099181f); },
+        [&] { return c * 0.22222222f; });
+}
+template <class F>
+HWY_INLINE F LinearToRec709(F c)
+{
+    return Choose(
+        c > 0.018f, [&] { return Pow<Exponent::k0_45>(c) * 1.099f - 0.099f; }, [&] { return c * 4.5f; });
+}
+template <class F>
+HWY_INLINE F SRGBToRec709(F c)
+{
+    return LinearToRec709(SRGBToLinear(c));
+}
+
+}   // namespace QZ::Foundation::QZ_TARGET
+HWY_AFTER_NAMESPACE();
+
+#endif

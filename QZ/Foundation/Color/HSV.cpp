@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#include "QZ/Foundation/Color/Formulas/HSV.h"
+#include "QZ/Foundation/Color/CColor.h"
+
+namespace QZ::Foundation {
+
+namespace formula = QZ_TARGET;
+
+void CColor::RGBToHSV(const Math::CVector3<float>& rgb, Math::CVector3<float>& hsv)
+{
+    hsv = formula::RGBToHSV(rgb);
+}
+
+void CColor::HSVToRGB(const Math::CVector3<float>& hsv, Math::CVector3<float>& rgb)
+{
+    rgb = formula::HSVToRGB(hsv);
+}
+
+}   // namespace QZ::Foundation

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "QZ/Foundation/Color/Formulas/Luv.h"
+#include "QZ/Foundation/Color/CColor.h"
+
+namespace QZ::Foundation {
+
+namespace formula = QZ_TARGET;
+
+void CColor::XYZtoLuv(EIlluminant illuminant, const Math::CVector3<float>& xyz, Math::CVector3<float>& luv)
+{
+    luv = formula::XYZToLuv(illuminant, xyz);
+}
+
+void CColor::LuvToXYZ(EIlluminant illuminant, const Math::CVector3<float>& luv, Math::CVector3<float>& xyz)
+{
+    xyz = formula::LuvToXYZ(illuminant, luv);
+}
+
+void CColor::LinearRGBToLuv(EIlluminant illuminant, const Math::CVector3<float>& rgb,
+                            Math::CVector3<float>& luv)
+{
+    luv = formula::LinearRGBToLuv(illuminant, rgb);
+}
+
+void CColor::LuvToLinearRGB(bool extendedRange, EIlluminant illuminant, const Math::CVector3<float>& luv,
+                            Math::CVector3<float>& rgb)
+{
+    rgb = formula::LuvToLinearRGB(extendedRange, illuminant, luv);
+}
+
+void CColor::SRGBToLuv(bool useGamma22, bool extendedRange, EIlluminant illuminant,
+                       const Math::CVector3<float>& srgb, Math::CVector3<float>& luv)
+{
+    luv = formula::SRGBToLuv(useGamma22, extendedRange, illuminant, srgb);
+}
+
+void CColor::LuvToSRGB(bool useGamma22, bool extendedRange, EIlluminant illuminant,
+                       const Math::CVector3<float>& luv, Math::CVector3<float>& srgb)
+{
+    srgb = formula::LuvToSRGB(useGamma22, extendedRange, illuminant, luv);
+}
+
+void CColor::LuvToLChuv(const Math::CVector3<float>& luv, Math::CVector3<float>& lch)
+{
+    lch = formula::ToPolar(luv);
+}
+
+float CColor::LChuvSaturation(const Math::CVector3<float>& lch)
+{
+    return formula::Saturation(lch.x, lch.y);
+}
+
+}   // namespace QZ::Foundation

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#include "QZ/Foundation/Color/Formulas/Yxy.h"
+#include "QZ/Foundation/Color/CColor.h"
+
+namespace QZ::Foundation {
+
+namespace formula = QZ_TARGET;
+
+void CColor::XYZToYxy(const Math::CVector3<float>& xyz, Math::CVector3<float>& Yxy)
+{
+    Yxy = formula::XYZToYxy(xyz);
+}
+
+void CColor::YxyToXYZ(const Math::CVector3<float>& Yxy, Math::CVector3<float>& xyz)
+{
+    xyz = formula::YxyToXYZ(Yxy);
+}
+
+void CColor::LinearRGBToYxy(EIlluminant illuminant, const Math::CVector3<float>& rgb,
+                            Math::CVector3<float>& Yxy)
+{
+    Yxy = formula::LinearRGBToYxy(illuminant, rgb);
+}
+
+void CColor::YxyToLinearRGB(bool extendedRange, EIlluminant illuminant, const Math::CVector3<float>& Yxy,
+                            Math::CVector3<float>& rgb)
+{
+    rgb = formula::YxyToLinearRGB(extendedRange, illuminant, Yxy);
+}
+
+}   // namespace QZ::Foundation

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// \file
+/// The whole library in one include, but for HSLuv.h, whose names are global and therefore opt-in.
+
+#include "QZ/Export.h"
+#include "QZ/Foundation/Color/CColor.h"
+#include "QZ/Math/CConstants.h"
+#include "QZ/Math/CDiscreteGaussianFilter.h"
+#include "QZ/Math/CMatrix3.h"
+#include "QZ/Math/CQuaternion.h"
+#include "QZ/Math/CVector2.h"
+#include "QZ/Math/CVector3.h"
+#include "QZ/Math/CVector4.h"
+
+extern "C" {
+/// The library's version as a number: 1.0.
+QZ_API extern const double QZFoundationVersionNumber;
+/// The library's version as a zero-terminated text: "QZFoundation-1".
+QZ_API extern const unsigned char QZFoundationVersionString[];
+}
