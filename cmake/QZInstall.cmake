@@ -15,5 +15,6 @@ install(FILES
         ${CMAKE_CURRENT_BINARY_DIR}/QZFoundationConfigVersion.cmake
     DESTINATION ${package_dir})
 
+file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/QZFoundation.pc.in QZFoundation.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/QZFoundation.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,11 @@
+# SPDX-License-Identifier: MIT
+include(${CMAKE_CURRENT_LIST_DIR}/Support.cmake)
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK})
+set(ENV{PKG_CONFIG_PATH} ${PREFIX}/${LIBDIR}/pkgconfig)
+run(pkg-config --cflags --libs QZFoundation)
+string(STRIP "${output}" flags)
+separate_arguments(flags UNIX_COMMAND "${flags}")
+run(${CXX} ${CMAKE_CURRENT_LIST_DIR}/host.cpp -o ${WORK}/host ${flags})
+set(ENV{LD_LIBRARY_PATH} ${PREFIX}/${LIBDIR})
+run(${WORK}/host)
