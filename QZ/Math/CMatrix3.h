@@ -30,9 +30,8 @@ public:
     constexpr T& operator()(int row, int column) { return m_elements[3 * row + column]; }
     constexpr const T& operator()(int row, int column) const { return m_elements[3 * row + column]; }
 
-    /// Matrix times column. F is T, or any type that T multiplies.
-    template <class F>
-    constexpr CVector3<F> operator*(const CVector3<F>& v) const
+    /// Matrix times column.
+    constexpr CVector3<T> operator*(const CVector3<T>& v) const
     {
         const auto row = [&](int i) {
             return (*this)(i, 0) * v.x + (*this)(i, 1) * v.y + (*this)(i, 2) * v.z;

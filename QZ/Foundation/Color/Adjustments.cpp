@@ -69,7 +69,7 @@ Matrix LuminanceKeepingRotation(const Vector& luminanceWeights, float angle)
 
 void CColor::ComplementaryColor(const Vector& rgb, Vector& out)
 {
-    out = formula::ComplementaryColor(rgb);
+    out = formula::ComplementaryColor(formula::Vec3(rgb));
 }
 
 void CColor::HaeberliBrightnessMatrix(const Vector& scale, Matrix& out)
@@ -127,12 +127,13 @@ void CColor::Highlights(float a, float b, std::vector<unsigned char>& lut)
 Vector CColor::ColorCorrectionMethodPouli(bool nonlinear, bool extendedRange, EIlluminant illuminant,
                                           const Vector& reference, const Vector& target)
 {
-    const auto toIPT = [&](const Vector& rgb) {
-        const Vector linear = nonlinear ? formula::NonlinearToLinear(false, extendedRange, rgb) : rgb;
+    using Colour = formula::Vec3<float>;
+    const auto toIPT = [&](const Colour& rgb) {
+        const Colour linear = nonlinear ? formula::NonlinearToLinear(false, extendedRange, rgb) : rgb;
         return formula::XYZToIPT(illuminant, formula::LinearRGBToXYZ(illuminant, linear));
     };
-    const Vector ipt1 = toIPT(reference);
-    const Vector ipt2 = toIPT(target);
+    const Colour ipt1 = toIPT(Colour(reference));
+    const Colour ipt2 = toIPT(Colour(target));
 
     const float C1 = formula::Hypotenuse(ipt1.y, ipt1.z);
     const float h = formula::IPTHue(ipt1);
@@ -142,8 +143,8 @@ Vector CColor::ColorCorrectionMethodPouli(bool nonlinear, bool extendedRange, EI
     // of it.
     const float chroma = Cs * (C1 * formula::Hypotenuse(ipt2.x, Cs) / (Cs * formula::Hypotenuse(ipt1.x, C1)));
 
-    const Vector ipt = formula::ICHToIPT(Vector(ipt2.x, chroma, h));
-    const Vector rgb = formula::XYZToLinearRGB(false, illuminant, formula::IPTToXYZ(illuminant, ipt));
+    const Colour ipt = formula::ICHToIPT(Colour(ipt2.x, chroma, h));
+    const Colour rgb = formula::XYZToLinearRGB(false, illuminant, formula::IPTToXYZ(illuminant, ipt));
     return nonlinear ? formula::LinearToNonlinear(false, extendedRange, rgb) : rgb;
 }
 

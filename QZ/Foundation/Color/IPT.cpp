@@ -38,36 +38,36 @@ Math::CMatrix3<float> CColor::LMSToXYZToLinearRGBMatrix(EIlluminant illuminant)
 
 void CColor::XYZToIPT(EIlluminant illuminant, const Math::CVector3<float>& xyz, Math::CVector3<float>& ipt)
 {
-    ipt = formula::XYZToIPT(illuminant, xyz);
+    ipt = formula::XYZToIPT(illuminant, formula::Vec3(xyz));
 }
 
 void CColor::IPTToXYZ(EIlluminant illuminant, const Math::CVector3<float>& ipt, Math::CVector3<float>& xyz)
 {
-    xyz = formula::IPTToXYZ(illuminant, ipt);
+    xyz = formula::IPTToXYZ(illuminant, formula::Vec3(ipt));
 }
 
 void CColor::LinearRGBToIPT(EIlluminant illuminant, const Math::CVector3<float>& rgb,
                             Math::CVector3<float>& ipt)
 {
-    ipt = formula::LinearRGBToIPT(illuminant, rgb);
+    ipt = formula::LinearRGBToIPT(illuminant, formula::Vec3(rgb));
 }
 
 void CColor::IPTToLinearRGB(bool extendedRange, EIlluminant illuminant, const Math::CVector3<float>& ipt,
                             Math::CVector3<float>& rgb)
 {
-    rgb = formula::IPTToLinearRGB(extendedRange, illuminant, ipt);
+    rgb = formula::IPTToLinearRGB(extendedRange, illuminant, formula::Vec3(ipt));
 }
 
 void CColor::SRGBToIPT(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                        const Math::CVector3<float>& srgb, Math::CVector3<float>& ipt)
 {
-    ipt = formula::SRGBToIPT(useGamma22, extendedRange, illuminant, srgb);
+    ipt = formula::SRGBToIPT(useGamma22, extendedRange, illuminant, formula::Vec3(srgb));
 }
 
 void CColor::IPTToSRGB(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                        const Math::CVector3<float>& ipt, Math::CVector3<float>& srgb)
 {
-    srgb = formula::IPTToSRGB(useGamma22, extendedRange, illuminant, ipt);
+    srgb = formula::IPTToSRGB(useGamma22, extendedRange, illuminant, formula::Vec3(ipt));
 }
 
 void CColor::LinearYToIXX(float Y, float& I)
@@ -77,34 +77,34 @@ void CColor::LinearYToIXX(float Y, float& I)
 
 float CColor::IPTSaturation(const Math::CVector3<float>& ipt)
 {
-    return formula::IPTSaturation(ipt);
+    return formula::IPTSaturation(formula::Vec3(ipt));
 }
 
 void CColor::IPTToICH(const Math::CVector3<float>& ipt, Math::CVector3<float>& ich)
 {
-    ich = formula::IPTToICH(ipt);
+    ich = formula::IPTToICH(formula::Vec3(ipt));
 }
 
 void CColor::ICHToIPT(const Math::CVector3<float>& ich, Math::CVector3<float>& ipt)
 {
-    ipt = formula::ICHToIPT(ich);
+    ipt = formula::ICHToIPT(formula::Vec3(ich));
 }
 
 void CColor::IPTToXXH(const Math::CVector3<float>& ipt, float& H)
 {
-    H = formula::IPTHue(ipt);
+    H = formula::IPTHue(formula::Vec3(ipt));
 }
 
 void CColor::LinearRGBToICH(EIlluminant illuminant, const Math::CVector3<float>& rgb,
                             Math::CVector3<float>& ich)
 {
-    ich = formula::LinearRGBToICH(illuminant, rgb);
+    ich = formula::LinearRGBToICH(illuminant, formula::Vec3(rgb));
 }
 
 void CColor::ICHToLinearRGB(bool extendedRange, EIlluminant illuminant, const Math::CVector3<float>& ich,
                             Math::CVector3<float>& rgb)
 {
-    rgb = formula::ICHToLinearRGB(extendedRange, illuminant, ich);
+    rgb = formula::ICHToLinearRGB(extendedRange, illuminant, formula::Vec3(ich));
 }
 
 float CColor::ICHSaturation(const Math::CVector3<float>& ich)
@@ -115,7 +115,7 @@ float CColor::ICHSaturation(const Math::CVector3<float>& ich)
 void CColor::SRGBToLMS(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                        const Math::CVector3<float>& srgb, Math::CVector3<float>& lms)
 {
-    lms = formula::SRGBToLMS(useGamma22, extendedRange, illuminant, srgb);
+    lms = formula::SRGBToLMS(useGamma22, extendedRange, illuminant, formula::Vec3(srgb));
 }
 
 }   // namespace QZ::Foundation

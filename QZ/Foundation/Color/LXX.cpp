@@ -8,7 +8,7 @@ namespace formula = QZ_TARGET;
 
 void CColor::LinearRGBToLXX(const Math::CVector3<float>& rgb, float& L)
 {
-    L = formula::LinearRGBToLXX(rgb);
+    L = formula::LinearRGBToLXX(formula::Vec3(rgb));
 }
 
 void CColor::LinearYToLXX(float Y, float& L)
@@ -23,7 +23,7 @@ void CColor::LXXToLinearY(float L, float& Y)
 
 void CColor::SRGBToLXX(bool useGamma22, bool extendedRange, const Math::CVector3<float>& srgb, float& L)
 {
-    L = formula::SRGBToLXX(useGamma22, extendedRange, srgb);
+    L = formula::SRGBToLXX(useGamma22, extendedRange, formula::Vec3(srgb));
 }
 
 void CColor::SRGBYToLXX(bool useGamma22, float y, float& L)

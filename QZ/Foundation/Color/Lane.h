@@ -4,7 +4,7 @@
 /// The number types that the formulas are written over, and the operations that are spelled alike for each of
 /// them.
 ///
-/// A formula is a function template over F. F is float for one colour, and a SIMD vector for a row of them.
+/// A formula is a function template over F: float for one colour, Lane for as many as a SIMD vector holds.
 /// The namespace QZ_TARGET is one for each instruction set, so that the copies never meet; the guard lets a
 /// file be read once for each.
 
@@ -17,7 +17,9 @@
 
 #include <hwy/highway.h>
 #include <cmath>
+#include <concepts>
 
+#include "QZ/Math/CMatrix3.h"
 #include "QZ/Math/CVector3.h"
 
 #undef QZ_TARGET
@@ -26,43 +28,144 @@
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
 
-/// A colour over the number type F.
-template <class F>
-using Vec3 = Math::CVector3<F>;
+namespace hn = hwy::HWY_NAMESPACE;
+
+/// A SIMD vector of floats. A float in an expression with lanes stands for as many copies of it.
+struct Lane {
+    using Tag = hn::ScalableTag<float>;
+    using Vector = hn::Vec<Tag>;
+
+    Vector vector;
+
+    Lane() = default;
+    HWY_INLINE Lane(Vector v) : vector(v) {}
+    HWY_INLINE Lane(float x) : vector(hn::Set(Tag(), x)) {}
+
+    /// How many floats it holds.
+    static HWY_INLINE std::size_t Size() { return hn::Lanes(Tag()); }
+
+    friend HWY_INLINE Lane operator+(Lane a, Lane b) { return hn::Add(a.vector, b.vector); }
+    friend HWY_INLINE Lane operator-(Lane a, Lane b) { return hn::Sub(a.vector, b.vector); }
+    friend HWY_INLINE Lane operator*(Lane a, Lane b) { return hn::Mul(a.vector, b.vector); }
+    friend HWY_INLINE Lane operator/(Lane a, Lane b) { return hn::Div(a.vector, b.vector); }
+    friend HWY_INLINE Lane operator-(Lane a) { return hn::Neg(a.vector); }
+};
+
+/// A truth value for each float of a Lane.
+struct LaneMask {
+    using Mask = hn::Mask<Lane::Tag>;
+
+    Mask mask;
+
+    HWY_INLINE LaneMask(Mask m) : mask(m) {}
+};
+
+HWY_INLINE LaneMask operator<(Lane a, Lane b)
+{
+    return hn::Lt(a.vector, b.vector);
+}
+HWY_INLINE LaneMask operator>(Lane a, Lane b)
+{
+    return hn::Gt(a.vector, b.vector);
+}
+HWY_INLINE LaneMask operator>=(Lane a, Lane b)
+{
+    return hn::Ge(a.vector, b.vector);
+}
+HWY_INLINE LaneMask operator==(Lane a, Lane b)
+{
+    return hn::Eq(a.vector, b.vector);
+}
 
 /// a where the mask holds, b elsewhere; both are evaluated.
 HWY_INLINE float Select(bool mask, float a, float b)
 {
     return mask ? a : b;
 }
+HWY_INLINE Lane Select(LaneMask mask, Lane a, Lane b)
+{
+    return hn::IfThenElse(mask.mask, a.vector, b.vector);
+}
 
-/// a() where the mask holds, b() elsewhere. One float evaluates one of the two, a vector both.
+/// a() where the mask holds, b() elsewhere. One float evaluates one of the two, a Lane both.
 template <class A, class B>
 HWY_INLINE float Choose(bool mask, A&& a, B&& b)
 {
     return mask ? a() : b();
+}
+template <class A, class B>
+HWY_INLINE Lane Choose(LaneMask mask, A&& a, B&& b)
+{
+    return Select(mask, a(), b());
 }
 
 HWY_INLINE bool And(bool a, bool b)
 {
     return a && b;
 }
+HWY_INLINE LaneMask And(LaneMask a, LaneMask b)
+{
+    return hn::And(a.mask, b.mask);
+}
 HWY_INLINE bool Or(bool a, bool b)
 {
     return a || b;
+}
+HWY_INLINE LaneMask Or(LaneMask a, LaneMask b)
+{
+    return hn::Or(a.mask, b.mask);
 }
 
 HWY_INLINE float Abs(float x)
 {
     return std::fabs(x);
 }
+HWY_INLINE Lane Abs(Lane x)
+{
+    return hn::Abs(x.vector);
+}
 HWY_INLINE float Sqrt(float x)
 {
     return std::sqrt(x);
 }
+HWY_INLINE Lane Sqrt(Lane x)
+{
+    return hn::Sqrt(x.vector);
+}
 HWY_INLINE float Floor(float x)
 {
     return std::floor(x);
+}
+HWY_INLINE Lane Floor(Lane x)
+{
+    return hn::Floor(x.vector);
+}
+
+/// A colour over the number type F.
+template <class F>
+struct Vec3 {
+    F x;
+    F y;
+    F z;
+
+    Vec3() = default;
+    HWY_INLINE Vec3(F x_, F y_, F z_) : x(x_), y(y_), z(z_) {}
+
+    /// One colour is what callers know as a CVector3.
+    HWY_INLINE explicit Vec3(const Math::CVector3<float>& v) requires std::same_as<F, float>
+        : x(v.x), y(v.y), z(v.z)
+    {}
+    HWY_INLINE operator Math::CVector3<float>() const requires std::same_as<F, float> { return {x, y, z}; }
+};
+Vec3(const Math::CVector3<float>&)->Vec3<float>;
+
+/// Matrix times column.
+template <class F>
+HWY_INLINE Vec3<F> operator*(const Math::CMatrix3<float>& m, const Vec3<F>& v)
+{
+    return {m(0, 0) * v.x + m(0, 1) * v.y + m(0, 2) * v.z,   //
+            m(1, 0) * v.x + m(1, 1) * v.y + m(1, 2) * v.z,   //
+            m(2, 0) * v.x + m(2, 1) * v.y + m(2, 2) * v.z};
 }
 
 /// Component by component.
@@ -91,7 +194,7 @@ HWY_INLINE F Clamp(F x, float low, float high)
 template <class F>
 HWY_INLINE F ClampToUnit(F x)
 {
-    return Clamp(x, 0.0f, 1.0f);
+    return Select(x > 0.0f, Select(x < 1.0f, x, F(1.0f)), F(0.0f));
 }
 
 /// x, but 0 where it is not above 0; NaN becomes 0.

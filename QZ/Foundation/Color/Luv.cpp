@@ -8,41 +8,41 @@ namespace formula = QZ_TARGET;
 
 void CColor::XYZtoLuv(EIlluminant illuminant, const Math::CVector3<float>& xyz, Math::CVector3<float>& luv)
 {
-    luv = formula::XYZToLuv(illuminant, xyz);
+    luv = formula::XYZToLuv(illuminant, formula::Vec3(xyz));
 }
 
 void CColor::LuvToXYZ(EIlluminant illuminant, const Math::CVector3<float>& luv, Math::CVector3<float>& xyz)
 {
-    xyz = formula::LuvToXYZ(illuminant, luv);
+    xyz = formula::LuvToXYZ(illuminant, formula::Vec3(luv));
 }
 
 void CColor::LinearRGBToLuv(EIlluminant illuminant, const Math::CVector3<float>& rgb,
                             Math::CVector3<float>& luv)
 {
-    luv = formula::LinearRGBToLuv(illuminant, rgb);
+    luv = formula::LinearRGBToLuv(illuminant, formula::Vec3(rgb));
 }
 
 void CColor::LuvToLinearRGB(bool extendedRange, EIlluminant illuminant, const Math::CVector3<float>& luv,
                             Math::CVector3<float>& rgb)
 {
-    rgb = formula::LuvToLinearRGB(extendedRange, illuminant, luv);
+    rgb = formula::LuvToLinearRGB(extendedRange, illuminant, formula::Vec3(luv));
 }
 
 void CColor::SRGBToLuv(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                        const Math::CVector3<float>& srgb, Math::CVector3<float>& luv)
 {
-    luv = formula::SRGBToLuv(useGamma22, extendedRange, illuminant, srgb);
+    luv = formula::SRGBToLuv(useGamma22, extendedRange, illuminant, formula::Vec3(srgb));
 }
 
 void CColor::LuvToSRGB(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                        const Math::CVector3<float>& luv, Math::CVector3<float>& srgb)
 {
-    srgb = formula::LuvToSRGB(useGamma22, extendedRange, illuminant, luv);
+    srgb = formula::LuvToSRGB(useGamma22, extendedRange, illuminant, formula::Vec3(luv));
 }
 
 void CColor::LuvToLChuv(const Math::CVector3<float>& luv, Math::CVector3<float>& lch)
 {
-    lch = formula::ToPolar(luv);
+    lch = formula::ToPolar(formula::Vec3(luv));
 }
 
 float CColor::LChuvSaturation(const Math::CVector3<float>& lch)

@@ -9,7 +9,7 @@ namespace formula = QZ_TARGET;
 void CColor::NonlinearToLinearToneCurve(bool useGamma22, bool extendedRange, const Math::CVector3<float>& in,
                                         Math::CVector3<float>& out)
 {
-    out = formula::NonlinearToLinear(useGamma22, extendedRange, in);
+    out = formula::NonlinearToLinear(useGamma22, extendedRange, formula::Vec3(in));
 }
 
 void CColor::NonlinearToLinearToneCurve(bool useGamma22, float in, float& out)
@@ -20,7 +20,7 @@ void CColor::NonlinearToLinearToneCurve(bool useGamma22, float in, float& out)
 void CColor::LinearToNonlinearToneCurve(bool useGamma22, bool extendedRange, const Math::CVector3<float>& in,
                                         Math::CVector3<float>& out)
 {
-    out = formula::LinearToNonlinear(useGamma22, extendedRange, in);
+    out = formula::LinearToNonlinear(useGamma22, extendedRange, formula::Vec3(in));
 }
 
 void CColor::LinearToNonlinearToneCurve(bool useGamma22, float in, float& out)
@@ -30,27 +30,27 @@ void CColor::LinearToNonlinearToneCurve(bool useGamma22, float in, float& out)
 
 void CColor::NonlinearToLinear709ToneCurve(const Math::CVector3<float>& in, Math::CVector3<float>& out)
 {
-    out = formula::Map(in, [](float c) { return formula::Rec709ToLinear(c); });
+    out = formula::Map(formula::Vec3(in), [](float c) { return formula::Rec709ToLinear(c); });
 }
 
 void CColor::LinearToNonlinear709ToneCurve(const Math::CVector3<float>& in, Math::CVector3<float>& out)
 {
-    out = formula::Map(in, [](float c) { return formula::LinearToRec709(c); });
+    out = formula::Map(formula::Vec3(in), [](float c) { return formula::LinearToRec709(c); });
 }
 
 void CColor::NonlinearToLinearApple709ToneCurve(const Math::CVector3<float>& in, Math::CVector3<float>& out)
 {
-    out = formula::Map(in, [](float c) { return formula::Pow<Exponent::k1_961>(c); });
+    out = formula::Map(formula::Vec3(in), [](float c) { return formula::Pow<Exponent::k1_961>(c); });
 }
 
 void CColor::LinearToNonlinearApple709ToneCurve(const Math::CVector3<float>& in, Math::CVector3<float>& out)
 {
-    out = formula::Map(in, [](float c) { return formula::Pow<Exponent::k0_5099439>(c); });
+    out = formula::Map(formula::Vec3(in), [](float c) { return formula::Pow<Exponent::k0_5099439>(c); });
 }
 
 void CColor::SRGBToRGB709(const Math::CVector3<float>& srgb, Math::CVector3<float>& out)
 {
-    out = formula::Map(srgb, [](float c) { return formula::SRGBToRec709(c); });
+    out = formula::Map(formula::Vec3(srgb), [](float c) { return formula::SRGBToRec709(c); });
 }
 
 }   // namespace QZ::Foundation

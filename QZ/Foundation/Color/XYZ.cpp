@@ -36,25 +36,25 @@ const Math::CMatrix3<float>& CColor::XYZToLinearRGBMatrix(EIlluminant illuminant
 void CColor::LinearRGBToXYZ(EIlluminant illuminant, const Math::CVector3<float>& rgb,
                             Math::CVector3<float>& xyz)
 {
-    xyz = formula::LinearRGBToXYZ(illuminant, rgb);
+    xyz = formula::LinearRGBToXYZ(illuminant, formula::Vec3(rgb));
 }
 
 void CColor::XYZToLinearRGB(bool extendedRange, EIlluminant illuminant, const Math::CVector3<float>& xyz,
                             Math::CVector3<float>& rgb)
 {
-    rgb = formula::XYZToLinearRGB(extendedRange, illuminant, xyz);
+    rgb = formula::XYZToLinearRGB(extendedRange, illuminant, formula::Vec3(xyz));
 }
 
 void CColor::SRGBToXYZ(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                        const Math::CVector3<float>& srgb, Math::CVector3<float>& xyz)
 {
-    xyz = formula::SRGBToXYZ(useGamma22, extendedRange, illuminant, srgb);
+    xyz = formula::SRGBToXYZ(useGamma22, extendedRange, illuminant, formula::Vec3(srgb));
 }
 
 void CColor::XYZToSRGB(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                        const Math::CVector3<float>& xyz, Math::CVector3<float>& srgb)
 {
-    srgb = formula::XYZToSRGB(useGamma22, extendedRange, illuminant, xyz);
+    srgb = formula::XYZToSRGB(useGamma22, extendedRange, illuminant, formula::Vec3(xyz));
 }
 
 void CColor::YToXYZ(EIlluminant illuminant, float Y, Math::CVector3<float>& xyz)
@@ -65,36 +65,36 @@ void CColor::YToXYZ(EIlluminant illuminant, float Y, Math::CVector3<float>& xyz)
 void CColor::XYZtoXYZWithModifiedY(EIlluminant illuminant, const Math::CVector3<float>& xyz, float Y,
                                    Math::CVector3<float>& out)
 {
-    out = formula::XYZWithModifiedY(illuminant, xyz, Y);
+    out = formula::XYZWithModifiedY(illuminant, formula::Vec3(xyz), Y);
 }
 
 void CColor::SRGBToLinearY(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                            const Math::CVector3<float>& srgb, float& Y)
 {
-    Y = formula::SRGBToLinearY(useGamma22, extendedRange, illuminant, srgb);
+    Y = formula::SRGBToLinearY(useGamma22, extendedRange, illuminant, formula::Vec3(srgb));
 }
 
 void CColor::LinearRGBToLinearY(bool extendedRange, EIlluminant illuminant, const Math::CVector3<float>& rgb,
                                 float& Y)
 {
-    Y = formula::LinearRGBToLinearY(extendedRange, illuminant, rgb);
+    Y = formula::LinearRGBToLinearY(extendedRange, illuminant, formula::Vec3(rgb));
 }
 
 void CColor::SRGBToNonlinearY(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                               const Math::CVector3<float>& srgb, float& Y)
 {
-    Y = formula::SRGBToNonlinearY(useGamma22, extendedRange, illuminant, srgb);
+    Y = formula::SRGBToNonlinearY(useGamma22, extendedRange, illuminant, formula::Vec3(srgb));
 }
 
 void CColor::LinearRGBToNonlinearY(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                                    const Math::CVector3<float>& rgb, float& Y)
 {
-    Y = formula::LinearRGBToNonlinearY(useGamma22, extendedRange, illuminant, rgb);
+    Y = formula::LinearRGBToNonlinearY(useGamma22, extendedRange, illuminant, formula::Vec3(rgb));
 }
 
 Math::CVector3<float> CColor::Clamp(const Math::CVector3<float>& v, float low, float high)
 {
-    return formula::Map(v, [&](float c) { return formula::Clamp(c, low, high); });
+    return formula::Map(formula::Vec3(v), [&](float c) { return formula::Clamp(c, low, high); });
 }
 
 }   // namespace QZ::Foundation

@@ -8,24 +8,24 @@ namespace formula = QZ_TARGET;
 
 void CColor::XYZToYxy(const Math::CVector3<float>& xyz, Math::CVector3<float>& Yxy)
 {
-    Yxy = formula::XYZToYxy(xyz);
+    Yxy = formula::XYZToYxy(formula::Vec3(xyz));
 }
 
 void CColor::YxyToXYZ(const Math::CVector3<float>& Yxy, Math::CVector3<float>& xyz)
 {
-    xyz = formula::YxyToXYZ(Yxy);
+    xyz = formula::YxyToXYZ(formula::Vec3(Yxy));
 }
 
 void CColor::LinearRGBToYxy(EIlluminant illuminant, const Math::CVector3<float>& rgb,
                             Math::CVector3<float>& Yxy)
 {
-    Yxy = formula::LinearRGBToYxy(illuminant, rgb);
+    Yxy = formula::LinearRGBToYxy(illuminant, formula::Vec3(rgb));
 }
 
 void CColor::YxyToLinearRGB(bool extendedRange, EIlluminant illuminant, const Math::CVector3<float>& Yxy,
                             Math::CVector3<float>& rgb)
 {
-    rgb = formula::YxyToLinearRGB(extendedRange, illuminant, Yxy);
+    rgb = formula::YxyToLinearRGB(extendedRange, illuminant, formula::Vec3(Yxy));
 }
 
 }   // namespace QZ::Foundation

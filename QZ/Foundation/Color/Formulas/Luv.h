@@ -34,14 +34,14 @@ constexpr HWY_INLINE UV<F> UniformChromaticity(F X, F Y, F d)
 
 /// X + 15 Y + 3 Z.
 template <class F>
-constexpr HWY_INLINE F UniformDenominator(const Vec3<F>& xyz)
+constexpr HWY_INLINE F UniformDenominator(F X, F Y, F Z)
 {
-    return (xyz.x + 15.0f * xyz.y) + 3.0f * xyz.z;
+    return (X + 15.0f * Y) + 3.0f * Z;
 }
 
 constexpr UV<float> UniformWhite(const Constants::Vector& white)
 {
-    return UniformChromaticity(white.x, white.y, UniformDenominator(white));
+    return UniformChromaticity(white.x, white.y, UniformDenominator(white.x, white.y, white.z));
 }
 inline constexpr UV<float> uniformWhiteD50 = UniformWhite(Constants::xyzReferenceD50);
 inline constexpr UV<float> uniformWhiteD65 = UniformWhite(Constants::xyzReferenceD65);
@@ -50,7 +50,7 @@ inline constexpr UV<float> uniformWhiteD65 = UniformWhite(Constants::xyzReferenc
 template <class F>
 HWY_INLINE Vec3<F> XYZToLuv(CColor::EIlluminant illuminant, const Vec3<F>& xyz)
 {
-    const F d = UniformDenominator(xyz);
+    const F d = UniformDenominator(xyz.x, xyz.y, xyz.z);
     const UV<F> colour = UniformChromaticity(xyz.x, xyz.y, d);
     const UV<float>& white = Constants::Of(illuminant, uniformWhiteD50, uniformWhiteD65);
     const F L = ClampToUnit(1.16f * LightnessRoot(xyz.y) - 0.16f);
