@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#include "tools/qz/commands/Commands.h"
+
+namespace QZ::Tool {
+
+void RegisterCommands(CommandLine& line)
+{
+    RegisterAdjust(line);
+}
+
+}   // namespace QZ::Tool

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace QZ::Tool {
+
+class CommandLine;
+
+/// Each command adds itself with its options; its function lies in the file of its name.
+void RegisterAdjust(CommandLine& line);
+
+/// All of them, in the order in which the help lists them.
+void RegisterCommands(CommandLine& line);
+
+}   // namespace QZ::Tool

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "tools/qz/io/ImageReader.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string_view>
+
+#include "tools/qz/Failure.h"
+#include "tools/qz/io/InputFile.h"
+#include "tools/qz/io/Raster.h"
+
+namespace QZ::Tool {
+
+namespace {
+
+using Head = std::span<const unsigned char>;
+
+bool StartsWith(Head head, std::string_view signature, std::size_t offset = 0)
+{
+    return head.size() >= offset + signature.size() &&
+           std::equal(signature.begin(), signature.end(), head.begin() + static_cast<std::ptrdiff_t>(offset),
+                      [](char a, unsigned char b) { return static_cast<unsigned char>(a) == b; });
+}
+
+struct Format {
+    bool (*recognises)(Head head);
+    void (*decode)(const Bytes& file, PictureBuilder& picture);
+};
+
+constexpr std::array kFormats = {
+    Format{[](Head head) { return StartsWith(head, "\x89PNG\r\n\x1a\n"); }, DecodePNG},
+};
+
+const Format& FindFormat(Head head)
+{
+    if (head.empty())
+        throw Defect("the file is empty");
+    const auto found =
+        std::find_if(kFormats.begin(), kFormats.end(), [&](const Format& f) { return f.recognises(head); });
+    if (found == kFormats.end())
+        throw Defect("not a picture that qz reads", "convert it to PNG, JPEG, WebP, TIFF or PNM");
+    return *found;
+}
+
+}   // namespace
+
+Image DecodeImage(const std::vector<unsigned char>& file, const Limits& limits)
+{
+    PictureBuilder picture(limits);
+    FindFormat(Head(file).first(std::min(file.size(), kHeadBytes))).decode(file, picture);
+    return picture.Finish();
+}
+
+Image ReadImage(const std::string& path, const Context& context)
+{
+    context.Progress("reading " + InputName(path));
+    try {
+        const Image image =
+            DecodeImage(ReadInput(path, context.limits, [](Head head) { FindFormat(head); }), context.limits);
+        for (const std::string& remark : image.source.remarks)
+            context.Say(InputName(path) + ": " + remark);
+        return image;
+    } catch (const Defect& defect) {
+        throw Failure(Status::Malformed, InputName(path), defect.what(), defect.remedy);
+    }
+}
+
+}   // namespace QZ::Tool

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+namespace QZ::Tool {
+
+/// From here on Ctrl-C, a hang-up and a request to terminate remove the unfinished output and end the process
+/// with status 130; a reader that went away (SIGPIPE) is an ordinary write error.
+void InstallInterruptHandler();
+
+/// Runs no interruption while it lives.
+class InterruptBlock {
+public:
+    InterruptBlock();
+    ~InterruptBlock();
+    InterruptBlock(const InterruptBlock&) = delete;
+    InterruptBlock& operator=(const InterruptBlock&) = delete;
+};
+
+/// Names the one unfinished file that an interruption removes; an empty path means none. Call it under an
+/// InterruptBlock together with what creates, renames or removes the file.
+void SetUnfinishedFile(const std::string& path);
+
+}   // namespace QZ::Tool
