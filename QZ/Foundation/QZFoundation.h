@@ -6,6 +6,7 @@
 
 #include "QZ/Export.h"
 #include "QZ/Foundation/Color/CColor.h"
+#include "QZ/Foundation/Color/CLUVMaximumChromaMap.h"
 #include "QZ/Math/CConstants.h"
 #include "QZ/Math/CDiscreteGaussianFilter.h"
 #include "QZ/Math/CMatrix3.h"

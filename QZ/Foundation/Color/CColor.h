@@ -205,6 +205,9 @@ public:
     static void LuvToLChuv(const Math::CVector3<float>& luv, Math::CVector3<float>& lch);
     /// C / sqrt(L^2 + C^2), from 0 to 1; 0 for black and for NaN.
     [[nodiscard]] static float LChuvSaturation(const Math::CVector3<float>& lch);
+    /// Brings a colour into the gamut of sRGB by its chroma: above CLUVMaximumChromaMap::MaxChromaForLH(), u
+    /// and v are scaled down to it. L and the hue stay, and a colour within the gamut keeps its bits.
+    static void LimitLuvChroma(Math::CVector3<float>& luv);
     /// \}
 
     /// \name LXX: CIE lightness from luminance alone, L* / 100, with the D65 luminance weights

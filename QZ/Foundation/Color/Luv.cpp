@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "QZ/Foundation/Color/Formulas/Luv.h"
 #include "QZ/Foundation/Color/CColor.h"
+#include "QZ/Foundation/Color/CLUVMaximumChromaMap.h"
 
 namespace QZ::Foundation {
 
@@ -48,6 +49,17 @@ void CColor::LuvToLChuv(const Math::CVector3<float>& luv, Math::CVector3<float>&
 float CColor::LChuvSaturation(const Math::CVector3<float>& lch)
 {
     return formula::Saturation(lch.x, lch.y);
+}
+
+void CColor::LimitLuvChroma(Math::CVector3<float>& luv)
+{
+    const float maximum = CLUVMaximumChromaMap::MaxChromaForLH(luv);
+    const float chroma = formula::Hypotenuse(luv.y, luv.z);
+    if (chroma > maximum) {
+        const float scale = maximum / chroma;
+        luv.y *= scale;
+        luv.z *= scale;
+    }
 }
 
 }   // namespace QZ::Foundation
