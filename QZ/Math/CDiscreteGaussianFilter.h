@@ -13,23 +13,20 @@ public:
     /// The Gaussian exp(-x^2 / (2 sigma^2)) sampled at multiples of the spacing, out to at least four
     /// deviations (what lies beyond weighs less than 1e-4), and scaled to the sum 1.
     ///
-    /// \param standardDeviation  sigma. Zero, a negative value, NaN and infinity give the single
-    /// coefficient 1. \param spacing            distance between neighbouring samples, in the unit of sigma;
-    /// what is not a
+    /// \param standardDeviation  sigma. Zero, a negative value, NaN and infinity give the single coefficient 1,
+    ///                           as does a sigma of more than 25 million spacings.
+    /// \param spacing            distance between neighbouring samples, in the unit of sigma; what is not a
     ///                           positive finite number counts as 1.
-    /// \param coefficients       what it held is replaced: an odd number of values, symmetric, the peak in
-    /// the
+    /// \param coefficients       what it held is replaced: an odd number of values, symmetric, the peak in the
     ///                           middle at index size / 2.
     static void CoefficientsByStandardDeviation1D(double standardDeviation, double spacing,
                                                   std::vector<double>& coefficients)
     {
         coefficients.assign(1, 1.0);
-        if (!(standardDeviation > 0.0) || std::isinf(standardDeviation))
-            return;
         const double deviation =
             spacing > 0.0 && !std::isinf(spacing) ? standardDeviation / spacing : standardDeviation;
         const double reach = std::ceil(kReachInDeviations * deviation);
-        if (!(reach < kMostReach))
+        if (!(reach > 0.0 && reach < kMostReach))
             return;
 
         const auto radius = static_cast<std::size_t>(reach);
