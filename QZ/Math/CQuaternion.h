@@ -12,8 +12,8 @@ namespace QZ::Math {
 template <class T>
 class CQuaternion {
 public:
-    /// Right-handed rotation by an angle in radians about an axis of any length; a zero axis gives no
-    /// rotation when the angle is 0 and a meaningless matrix otherwise.
+    /// Right-handed rotation by an angle in radians about an axis of any length; a zero axis gives the
+    /// identity, whatever the angle.
     CQuaternion(const CVector3<T>& axis, T angle)
     {
         CVector3<double> unit(axis.x, axis.y, axis.z);
