@@ -14,8 +14,7 @@ namespace QZ::Foundation {
 ///
 /// **Scales.** A colour is three floats in the order of its space's name. RGB, XYZ and luminance run from 0
 /// to 1, white having Y = 1. Lab and Luv are the CIE values divided by 100: L runs from 0 to 1. Hue angles
-/// are radians in
-/// (-pi, pi]; only the hue of HSV is a fraction of a turn.
+/// are radians in (-pi, pi]; only the hue of HSV is a fraction of a turn.
 ///
 /// **Names.** "SRGB" is encoded sRGB, "LinearRGB" linear light with the sRGB primaries; "DisplayP3" and
 /// "LinearDisplayP3" likewise. "Y" is relative luminance.
@@ -71,15 +70,16 @@ public:
     static void NonlinearToLinearToneCurve(bool useGamma22, float in, float& out);
     /// One component, without extended range.
     static void LinearToNonlinearToneCurve(bool useGamma22, float in, float& out);
-    /// Rec. 709 code to linear light, the inverse of the camera curve (ITU-R BT.709-6, 3.2).
+    /// Rec. 709 code to linear light, the inverse of the camera curve (ITU-R BT.709-6, item 1.2). NaN stays
+    /// NaN.
     static void NonlinearToLinear709ToneCurve(const Math::CVector3<float>& in, Math::CVector3<float>& out);
-    /// Linear light to Rec. 709 code (ITU-R BT.709-6, 3.2).
+    /// Linear light to Rec. 709 code (ITU-R BT.709-6, item 1.2). NaN stays NaN.
     static void LinearToNonlinear709ToneCurve(const Math::CVector3<float>& in, Math::CVector3<float>& out);
     /// Rec. 709 code to linear light by the pure power 1.961, close to the piecewise curve and without its
-    /// line.
+    /// line. A negative value gives NaN.
     static void NonlinearToLinearApple709ToneCurve(const Math::CVector3<float>& in,
                                                    Math::CVector3<float>& out);
-    /// The inverse power, 0.5099439.
+    /// The inverse power, 0.5099439. A negative value gives NaN.
     static void LinearToNonlinearApple709ToneCurve(const Math::CVector3<float>& in,
                                                    Math::CVector3<float>& out);
     /// Encoded sRGB to Rec. 709 code, through linear light.
@@ -95,6 +95,7 @@ public:
     /// Clamped to 0 to 1 unless `extendedRange`.
     static void XYZToLinearRGB(bool extendedRange, EIlluminant illuminant, const Math::CVector3<float>& xyz,
                                Math::CVector3<float>& rgb);
+    /// Never clamped.
     static void SRGBToXYZ(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                           const Math::CVector3<float>& srgb, Math::CVector3<float>& xyz);
     /// The linear values are clamped to 0 to 1 before they are encoded, unless `extendedRange`.
@@ -223,7 +224,7 @@ public:
     static void LXXToSRGBY(bool useGamma22, float L, float& y);
     /// \}
 
-    /// \name Yxy: luminance and CIE 1931 chromaticity (CIE 15:2004, 7.3)
+    /// \name Yxy: luminance and CIE 1931 chromaticity (CIE 15:2004, clause 7)
     /// \{
 
     /// The chromaticity is (0, 0) when X + Y + Z is not above 0.
@@ -241,7 +242,8 @@ public:
     /// All components from 0 to 1; the hue is a fraction of a turn, 0 for greys.
     /// \{
     static void RGBToHSV(const Math::CVector3<float>& rgb, Math::CVector3<float>& hsv);
-    /// A hue of 1 is a hue of 0.
+    /// A hue of 1 is a hue of 0. A hue outside 0 to 1 is not wrapped: it takes the formula of the last sixth,
+    /// (V, p, q). With a saturation of 0 the hue is not read.
     static void HSVToRGB(const Math::CVector3<float>& hsv, Math::CVector3<float>& rgb);
     /// \}
 
@@ -286,7 +288,9 @@ public:
     /// Chroma over sqrt(I^2 + chroma^2), from 0 to 1; 0 for greys and for NaN.
     [[nodiscard]] static float IPTSaturation(const Math::CVector3<float>& ipt);
 
+    /// (I, sqrt(T^2 + P^2), atan2(P, T)).
     static void IPTToICH(const Math::CVector3<float>& ipt, Math::CVector3<float>& ich);
+    /// (I, C sin H, C cos H).
     static void ICHToIPT(const Math::CVector3<float>& ich, Math::CVector3<float>& ipt);
     /// The hue alone.
     static void IPTToXXH(const Math::CVector3<float>& ipt, float& H);
@@ -329,7 +333,8 @@ public:
     /// The tone curve alone, without a clamp.
     static void LinearDisplayP3ToDisplayP3(bool useGamma22, const Math::CVector3<float>& p3lin,
                                            Math::CVector3<float>& p3);
-    /// One `useGamma22` serves the decoding and the encoding.
+    /// One `useGamma22` serves the decoding and the encoding. The linear values are clamped to 0 to 1 in
+    /// between, unless `extendedRange`.
     static void DisplayP3ToSRGB(bool useGamma22, bool extendedRange, EIlluminant illuminant,
                                 const Math::CVector3<float>& p3, Math::CVector3<float>& srgb);
     /// Clamped to 0 to 1, with `extendedRange` too.
@@ -362,7 +367,8 @@ public:
     /// \}
 
     /// The Bradford matrix that carries an XYZ colour seen under one white to the corresponding colour under
-    /// another (K. M. Lam, 1985; ICC.1:2022, E.3). A source white with a zero cone response gives infinities.
+    /// another (K. M. Lam, 1985; ICC.1:2022, Annex E). A source white with a zero cone response gives
+    /// infinities.
     [[nodiscard]] static Math::CMatrix3<float> ChromaticAdaptationMatrix(
         const Math::CVector3<float>& sourceWhite, const Math::CVector3<float>& destinationWhite);
 
@@ -380,8 +386,7 @@ public:
                                          float saturation, Math::CMatrix3<float>& out);
     /// Rotation of RGB about the grey axis, for column vectors: rgb' = out * rgb.
     /// \param angle        radians.
-    /// \param useHaeberli  true to keep the luminance constant by a shear (Haeberli, 1993); false for the
-    /// plain
+    /// \param useHaeberli  true to keep the luminance constant by a shear (Haeberli, 1993); false for the plain
     ///                     rotation, which does not read the three arguments before the angle.
     static void HaeberliHueRotationMatrix(bool luma, bool extendedRange, EIlluminant illuminant, float angle,
                                           bool useHaeberli, Math::CMatrix3<float>& out);
@@ -396,9 +401,12 @@ public:
     static void Highlights(float a, float b, std::vector<unsigned char>& lut);
 
     /// The colour with the intensity of `target` and the hue and saturation of `reference`, in IPT (T. Pouli
-    /// and others, "Color Correction for Tone Reproduction", Color and Imaging Conference 2013). \param
-    /// nonlinear  true when both colours and the result are encoded sRGB; false for linear RGB. \return
-    /// components in 0 to 1; a black or achromatic target gives 0 in every component.
+    /// and others, "Color Correction for Tone Reproduction", Color and Imaging Conference 2013).
+    ///
+    /// \param nonlinear  true when both colours and the result are encoded sRGB (always the piecewise curve);
+    ///                   false for linear RGB.
+    /// \return  components in 0 to 1. Where the chroma cannot be scaled, because the target or the reference is
+    ///          black or the chroma of the target is exactly 0 in IPT, every component is 0.
     [[nodiscard]] static Math::CVector3<float> ColorCorrectionMethodPouli(
         bool nonlinear, bool extendedRange, EIlluminant illuminant, const Math::CVector3<float>& reference,
         const Math::CVector3<float>& target);
@@ -410,8 +418,8 @@ public:
     static void GrayscaleHistogramEqualization(int width, int height, int step, int offset,
                                                unsigned char* data);
 
-    /// ((B + A x) x) / ((A x + C) x + D), after J. Hable's filmic curve ("Uncharted 2: HDR Lighting", GDC
-    /// 2010).
+    /// ((B + A x) x) / ((A x + C) x + D), after J. Hable's filmic curve ("Uncharted 2: HDR Lighting",
+    /// GDC 2010). The division is unguarded.
     [[nodiscard]] static float ToneCurveModifiedHable(float A, float B, float C, float D, float x);
 
     /// The parameters of ToneCurveInsomniacGames().
@@ -424,7 +432,9 @@ public:
     };
 
     /// A filmic curve of two rational segments (M. Day, "An Efficient and User-Friendly Tone Mapping
-    /// Operator", Insomniac Games, 2012). \param inverse  true to find the input for the output value x.
+    /// Operator", Insomniac Games, 2012). Divisions are unguarded.
+    ///
+    /// \param inverse  true to find the input for the output value x.
     [[nodiscard]] static float ToneCurveInsomniacGames(const sInsomniacGamesToneCurve& curve, bool inverse,
                                                        float x);
     /// The coefficients (a, b, c, d) of each segment y = (a x + c) / (b x + d).

@@ -71,7 +71,7 @@ HWY_INLINE Vec3<F> LinearToNonlinear(bool useGamma22, bool extendedRange, const 
     });
 }
 
-/// Rec. 709 code to linear light (ITU-R BT.709-6, 3.2), by reciprocals.
+/// Rec. 709 code to linear light (ITU-R BT.709-6, item 1.2), by reciprocals.
 template <class F>
 HWY_INLINE F Rec709ToLinear(F c)
 {

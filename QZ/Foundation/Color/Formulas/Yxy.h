@@ -15,7 +15,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
 
-/// CIE 15:2004, 7.3. What has no light has the chromaticity (0, 0).
+/// CIE 15:2004, clause 7. What has no light has the chromaticity (0, 0).
 template <class F>
 HWY_INLINE Vec3<F> XYZToYxy(const Vec3<F>& xyz)
 {
@@ -24,7 +24,8 @@ HWY_INLINE Vec3<F> XYZToYxy(const Vec3<F>& xyz)
     return {xyz.y, xyz.x * scale, xyz.y * scale};
 }
 
-/// With y = 0 the factor is 1, so that the result stays finite.
+/// With y = 0 the factor is 1, so that the result stays finite. A product of two floats is exact in double,
+/// so that nothing is gained there.
 template <class F>
 HWY_INLINE Vec3<F> YxyToXYZ(const Vec3<F>& Yxy)
 {
