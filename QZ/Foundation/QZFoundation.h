@@ -8,6 +8,7 @@
 #include "QZ/Foundation/Analysis/Histograms.h"
 #include "QZ/Foundation/Analysis/MedianCut.h"
 #include "QZ/Foundation/Color/CColor.h"
+#include "QZ/Foundation/Color/CColorRows.h"
 #include "QZ/Foundation/Color/CLUVMaximumChromaMap.h"
 #include "QZ/Math/CConstants.h"
 #include "QZ/Math/CDiscreteGaussianFilter.h"

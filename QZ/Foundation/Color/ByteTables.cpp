@@ -35,4 +35,11 @@ const ByteTable& LinearOfSRGBByte()
     return table;
 }
 
+const ByteTable& LinearOfGamma22Byte()
+{
+    static const ByteTable table =
+        Tabulate([](float unit) { return formula::NonlinearToLinear(true, unit); });
+    return table;
+}
+
 }   // namespace QZ::Foundation

@@ -21,6 +21,9 @@ const ByteTable& UnitOfByte();
 /// Entry b is b * kByteToUnit decoded by the piecewise sRGB curve, with the bits of the single conversion.
 const ByteTable& LinearOfSRGBByte();
 
+/// Entry b is b * kByteToUnit decoded by the power 2.2.
+const ByteTable& LinearOfGamma22Byte();
+
 /// The linear value of each byte of a picture that holds encoded sRGB or linear RGB.
 inline const ByteTable& LinearOfByte(bool isSRGB)
 {

@@ -56,6 +56,38 @@ HWY_INLINE float Atan2(float y, float x)
     return std::atan2(y, x);
 }
 
+/// f of each float of a Lane.
+template <class Function>
+HWY_INLINE Lane OneByOne(Lane x, Function&& f)
+{
+    HWY_ALIGN float values[HWY_MAX_BYTES / sizeof(float)];
+    hn::Store(x.vector, Lane::Tag(), values);
+    for (std::size_t i = 0; i < Lane::Size(); ++i)
+        values[i] = f(values[i]);
+    return hn::Load(Lane::Tag(), values);
+}
+
+template <Exponent exponent>
+HWY_INLINE Lane Pow(Lane x)
+{
+    return OneByOne(x, [](float v) { return Pow<exponent>(v); });
+}
+HWY_INLINE Lane Sin(Lane x)
+{
+    return OneByOne(x, [](float v) { return Sin(v); });
+}
+HWY_INLINE Lane Cos(Lane x)
+{
+    return OneByOne(x, [](float v) { return Cos(v); });
+}
+HWY_INLINE Lane Atan2(Lane y, Lane x)
+{
+    HWY_ALIGN float divisors[HWY_MAX_BYTES / sizeof(float)];
+    hn::Store(x.vector, Lane::Tag(), divisors);
+    std::size_t i = 0;
+    return OneByOne(y, [&](float v) { return Atan2(v, divisors[i++]); });
+}
+
 }   // namespace QZ::Foundation::QZ_TARGET
 HWY_AFTER_NAMESPACE();
 

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <hwy/targets.h>
+#include <cstdint>
+#include <string>
+
+namespace QZ::Test {
+
+/// A test that runs once for every instruction set of this machine, with that one chosen.
+///
+/// \code
+///     QZ_INSTANTIATE_TARGETS(RowTest);
+///     TEST_P(RowTest, GivesTheBitsOfTheSingleConversion) { ... }
+/// \endcode
+class TargetTest : public testing::TestWithParam<std::int64_t> {
+protected:
+    void SetUp() override { hwy::SetSupportedTargetsForTest(GetParam()); }
+    void TearDown() override { hwy::SetSupportedTargetsForTest(0); }
+};
+
+}   // namespace QZ::Test
+
+#define QZ_INSTANTIATE_TARGETS(suite)                                                                      \
+    INSTANTIATE_TEST_SUITE_P(OnEveryTarget, suite, testing::ValuesIn(hwy::SupportedAndGeneratedTargets()), \
+                             [](const auto& test) { return std::string(hwy::TargetName(test.param)); })
