@@ -6,6 +6,7 @@ namespace QZ::Tool {
 void RegisterCommands(CommandLine& line)
 {
     RegisterAdjust(line);
+    RegisterColor(line);
 }
 
 }   // namespace QZ::Tool

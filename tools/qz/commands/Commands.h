@@ -7,6 +7,7 @@ class CommandLine;
 
 /// Each command adds itself with its options; its function lies in the file of its name.
 void RegisterAdjust(CommandLine& line);
+void RegisterColor(CommandLine& line);
 
 /// All of them, in the order in which the help lists them.
 void RegisterCommands(CommandLine& line);
