@@ -23,6 +23,20 @@ bool StartsWith(Head head, std::string_view signature, std::size_t offset = 0)
                       [](char a, unsigned char b) { return static_cast<unsigned char>(a) == b; });
 }
 
+// Classic or big, of either byte order.
+bool IsTIFF(Head head)
+{
+    using namespace std::string_view_literals;
+    return StartsWith(head, "II*\0"sv) || StartsWith(head, "MM\0*"sv) || StartsWith(head, "II+\0"sv) ||
+           StartsWith(head, "MM\0+"sv);
+}
+
+bool IsPNM(Head head)
+{
+    return head.size() > 2 && head[0] == 'P' && head[1] >= '1' && head[1] <= '7' &&
+           (head[2] == '#' || head[2] == ' ' || (head[2] >= '\t' && head[2] <= '\r'));
+}
+
 struct Format {
     bool (*recognises)(Head head);
     void (*decode)(const Bytes& file, PictureBuilder& picture);
@@ -30,6 +44,10 @@ struct Format {
 
 constexpr std::array kFormats = {
     Format{[](Head head) { return StartsWith(head, "\x89PNG\r\n\x1a\n"); }, DecodePNG},
+    Format{[](Head head) { return StartsWith(head, "\xFF\xD8\xFF"); }, DecodeJPEG},
+    Format{[](Head head) { return StartsWith(head, "RIFF") && StartsWith(head, "WEBP", 8); }, DecodeWebP},
+    Format{IsTIFF, DecodeTIFF},
+    Format{IsPNM, DecodePNM},
 };
 
 const Format& FindFormat(Head head)

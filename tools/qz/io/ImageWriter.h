@@ -31,4 +31,9 @@ void WriteImage(const Image& image, const Output& output, const Context& context
 /// (Status::Encoder).
 [[nodiscard]] std::vector<unsigned char> EncodePNG(const Image& image);
 
+/// A JPEG file with the profile of its colour space; transparent parts lie on white. Throws Failure
+/// (Status::Encoder).
+/// \param quality  1 to 100.
+[[nodiscard]] std::vector<unsigned char> EncodeJPEG(const Image& image, int quality);
+
 }   // namespace QZ::Tool

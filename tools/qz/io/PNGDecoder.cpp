@@ -89,6 +89,7 @@ private:
         header.bytesPerSample = header.bitDepth == 16 ? 2 : 1;
         Guarded([this, &header] {
             png_set_expand(m_png);
+            png_set_interlace_handling(m_png);
             if (header.bytesPerSample == 2 && std::endian::native == std::endian::little)
                 png_set_swap(m_png);
         });
@@ -128,9 +129,7 @@ private:
     void ReadInterlaced(std::uint64_t height)
     {
         std::vector<unsigned char> rows(m_rowBytes * height);
-        int passes = 0;
-        Guarded([this, &passes] { passes = png_set_interlace_handling(m_png); });
-        for (int pass = 0; pass < passes; ++pass)
+        for (int pass = 0; pass < PNG_INTERLACE_ADAM7_PASSES; ++pass)
             for (std::uint64_t y = 0; y < height; ++y)
                 Guarded([&] { png_read_row(m_png, rows.data() + y * m_rowBytes, nullptr); });
         for (std::uint64_t y = 0; y < height; ++y)

@@ -8,16 +8,18 @@
 
 #include "tools/qz/Failure.h"
 #include "tools/qz/io/ImageWriter.h"
+#include "tools/qz/io/Profile.h"
 
 namespace QZ::Tool {
 
 namespace {
 
 struct Layout {
-    bool grey = true;
+    bool grey;
     bool opaque = true;
 
-    explicit Layout(const Image& image)
+    // A profile of RGB asks for RGB, so that a grey in Display P3 is written as a colour.
+    explicit Layout(const Image& image) : grey(image.colorSpace == ColorSpace::SRGB)
     {
         const unsigned char* end = image.pixels.data() + image.pixels.size();
         for (const unsigned char* p = image.pixels.data(); p != end && (grey || opaque); p += 4) {
@@ -64,7 +66,8 @@ public:
     std::vector<unsigned char> Encode(const Image& image)
     {
         const Layout layout(image);
-        Guarded([&] { WriteHeader(image, layout); });
+        const std::vector<unsigned char> profile = MakeProfile(image.colorSpace);
+        Guarded([&] { WriteHeader(image, layout, profile); });
         std::vector<unsigned char> row(layout.Samples() * static_cast<std::size_t>(image.width));
         for (int y = 0; y < image.height; ++y) {
             layout.Row(image.At(0, y), image.width, row.data());
@@ -97,13 +100,17 @@ private:
         file.insert(file.end(), bytes, bytes + count);
     }
 
-    void WriteHeader(const Image& image, const Layout& layout)
+    void WriteHeader(const Image& image, const Layout& layout, const std::vector<unsigned char>& profile)
     {
         png_set_user_limits(m_png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
         png_set_IHDR(m_png, m_info, static_cast<png_uint_32>(image.width),
                      static_cast<png_uint_32>(image.height), 8, layout.PNGType(), PNG_INTERLACE_NONE,
                      PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-        png_set_sRGB_gAMA_and_cHRM(m_png, m_info, PNG_sRGB_INTENT_PERCEPTUAL);
+        if (image.colorSpace == ColorSpace::SRGB)
+            png_set_sRGB_gAMA_and_cHRM(m_png, m_info, PNG_sRGB_INTENT_PERCEPTUAL);
+        else
+            png_set_iCCP(m_png, m_info, "Display P3", PNG_COMPRESSION_TYPE_BASE, profile.data(),
+                         static_cast<png_uint_32>(profile.size()));
         png_write_info(m_png, m_info);
     }
 

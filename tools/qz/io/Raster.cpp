@@ -50,7 +50,7 @@ void PictureBuilder::Begin(RasterHeader header)
     m_image.pixels.resize(4 * m_image.Count());
     m_image.source = {m_header.format,
                       m_header.bitDepth,
-                      m_header.alpha,
+                      m_header.alpha && !m_header.opaque,
                       m_header.orientation,
                       {},
                       std::move(m_header.remarks)};

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -32,6 +33,7 @@ struct RasterHeader {
     std::uint64_t height = 0;
     Model model = Model::RGB;
     bool alpha = false;                   ///< One more sample follows those of the colour.
+    bool opaque = false;                  ///< The alpha sample is full throughout: the file holds none.
     bool premultiplied = false;           ///< The colour is multiplied by alpha.
     bool inverted = false;                ///< CMYK: 0 is full ink.
     int bytesPerSample = 1;               ///< 1, or 2 in the byte order of the machine.
@@ -68,8 +70,11 @@ public:
 
     /// Takes the header; checks the limits and allocates. Throws Defect.
     void Begin(RasterHeader header);
-    /// Takes row y: width pixels of header.BytesPerPixel() bytes each, aligned as their samples.
+    /// Takes row y: width pixels of header.BytesPerPixel() bytes each. Of a picture of 8-bit RGB with alpha
+    /// the row may lie in Rows() already.
     void Row(std::uint64_t y, const unsigned char* samples);
+    /// The picture's own memory, four bytes a pixel, for a decoder that has to write all of it at once.
+    [[nodiscard]] std::span<unsigned char> Rows() { return m_image.pixels; }
     /// The picture, turned upright.
     [[nodiscard]] Image Finish();
 
@@ -90,6 +95,10 @@ private:
 /// \{
 using Bytes = std::vector<unsigned char>;
 void DecodePNG(const Bytes& file, PictureBuilder& picture);
+void DecodeJPEG(const Bytes& file, PictureBuilder& picture);
+void DecodeWebP(const Bytes& file, PictureBuilder& picture);
+void DecodeTIFF(const Bytes& file, PictureBuilder& picture);
+void DecodePNM(const Bytes& file, PictureBuilder& picture);
 /// \}
 
 }   // namespace QZ::Tool
