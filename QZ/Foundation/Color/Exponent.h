@@ -10,13 +10,13 @@ enum class Exponent {
     k2_2,          ///< gamma 2.2 decoding
     k0_45454544,   ///< gamma 2.2 encoding
     k0_33333334,   ///< CIE lightness
-    k3,            ///< the inverse of CIE lightness
     k0_43,         ///< IPT cone compression
     k2_325581,     ///< the inverse of the IPT cone compression
     k2_2222223,    ///< Rec. 709 decoding
     k0_45,         ///< Rec. 709 encoding
     k1_961,        ///< pure-power Rec. 709 decoding
     k0_5099439,    ///< pure-power Rec. 709 encoding
+    k3,            ///< the inverse of CIE lightness
 };
 
 /// The exponent itself.
@@ -33,8 +33,6 @@ constexpr float Value(Exponent exponent)
             return 0.45454544f;
         case Exponent::k0_33333334:
             return 0.33333334f;
-        case Exponent::k3:
-            return 3.0f;
         case Exponent::k0_43:
             return 0.43f;
         case Exponent::k2_325581:
@@ -47,6 +45,8 @@ constexpr float Value(Exponent exponent)
             return 1.961f;
         case Exponent::k0_5099439:
             return 0.5099439f;
+        case Exponent::k3:
+            return 3.0f;
     }
     return 1.0f;
 }

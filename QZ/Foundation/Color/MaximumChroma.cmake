@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 # The precomputed table of maximum chromas: a small program, from the same formulas as the library, writes it as C++.
+set(generator_sources GenerateMaximumChroma.cpp ElementaryAngle.cpp ElementaryPower.cpp)
 set(generated ${CMAKE_CURRENT_BINARY_DIR}/MaximumChromaTable.cpp)
 
 if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
@@ -9,11 +10,13 @@ if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
     set(generator ${CMAKE_CURRENT_BINARY_DIR}/GenerateMaximumChroma)
     add_custom_command(OUTPUT ${generator}
         COMMAND ${QZ_HOST_CXX} -std=c++20 -O2 -ffp-contract=off -I ${PROJECT_SOURCE_DIR}
-            ${CMAKE_CURRENT_SOURCE_DIR}/GenerateMaximumChroma.cpp -o ${generator}
-        DEPENDS GenerateMaximumChroma.cpp Formulas/MaximumChroma.h Formulas/HSLuv.h ElementaryDouble.h
+            ${generator_sources} -o ${generator}
+        WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}
+        DEPENDS ${generator_sources} Formulas/MaximumChroma.h Formulas/HSLuv.h ElementaryDouble.h
+            ElementaryTables.h DoubleDouble.h
         VERBATIM)
 else()
-    add_executable(GenerateMaximumChroma GenerateMaximumChroma.cpp)
+    add_executable(GenerateMaximumChroma ${generator_sources})
     qz_configure(GenerateMaximumChroma)
     target_link_libraries(GenerateMaximumChroma PRIVATE QZ::Math)
     target_include_directories(GenerateMaximumChroma PRIVATE ${PROJECT_SOURCE_DIR})

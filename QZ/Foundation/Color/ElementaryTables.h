@@ -1,0 +1,261 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+#include "QZ/Foundation/Color/DoubleDouble.h"
+
+/// \file
+/// Constants of the elementary functions. Written by scripts/generate-elementary-tables; not edited by hand.
+
+namespace QZ::Foundation::ElementaryTables {
+
+// clang-format off
+
+/// Reciprocals of the centres of the 16 intervals of a mantissa from 1 to 2, to 26 bits.
+inline constexpr double kReciprocals[16] = {
+    0x1.f07c1f0000000p-1, 0x1.d41d420000000p-1, 0x1.bacf918000000p-1,
+    0x1.a41a418000000p-1, 0x1.8f9c190000000p-1, 0x1.7d05f40000000p-1,
+    0x1.6c16c18000000p-1, 0x1.5c98828000000p-1, 0x1.4e5e0a8000000p-1,
+    0x1.4141418000000p-1, 0x1.3521cf8000000p-1, 0x1.29e4128000000p-1,
+    0x1.1f70480000000p-1, 0x1.15b1e60000000p-1, 0x1.0c97150000000p-1,
+    0x1.0410410000000p-1,
+};
+
+/// What x^e needs for one exponent e. With x = m 2^k, m from 1 to 2 in interval i, and t = m kReciprocals[i] - 1:
+/// x^e = (1 + t)^e intervals[i] binaryLow[(k + 127) mod 16] binaryHigh[(k + 127) / 16].
+struct Power {
+    double polynomial[7];   ///< (1 + t)^e for |t| up to 0.0303, the relative error below 2^-46
+    double intervals[16];
+    double binaryLow[16];    ///< 2^(e j)
+    double binaryHigh[16];   ///< 2^(e (16 j - 127))
+};
+
+/// In the order of Exponent.h, whose last one, the cube, needs no table.
+inline constexpr Power kPowers[] = {
+    {   // 2.4, 2^-49.9
+        {0x1.0000000000000p+0, 0x1.33333400001c9p+1, 0x1.ae147deb84ff2p+0, 0x1.cac08d3ec8cdcp-3, -0x1.13405179eec5ap-5, 0x1.6072a395d4449p-7, -0x1.317d93588324fp-8},
+        {0x1.139f2a91afaf7p+0, 0x1.3d6d35dd6b65fp+0, 0x1.6ab6bfad53325p+0, 0x1.9b8fd3f923a48p+0, 0x1.d00bd81cd0921p+0, 0x1.041ecf5100c90p+1, 0x1.221bb5aa98746p+1, 0x1.420582e135acap+1, 0x1.63e4db2da510dp+1, 0x1.87c22e6f8718ep+1, 0x1.ada5b8e195bb0p+1, 0x1.d597803e3e1c1p+1, 0x1.ff9f607a44767p+1, 0x1.15e285d5280bap+2, 0x1.2d08035a85415p+2, 0x1.4543d900ed87bp+2},
+        {0x1.0000000000000p+0, 0x1.51cb46b2355c6p+2, 0x1.bdb8d18a62a3dp+4, 0x1.26111c3e12a5dp+7, 0x1.840606f47eaf5p+9, 0x1.0000058b90cf2p+12, 0x1.51cb4e035630ep+14, 0x1.bdb8db31fe35ep+16, 0x1.2611229cb9d4ep+19, 0x1.84060f5c27953p+21, 0x1.00000b1721bd0p+24, 0x1.51cb5554772e0p+26, 0x1.bdb8e4d999fd8p+28, 0x1.261128fb61275p+31, 0x1.840617c3d0a9bp+33, 0x1.000010a2b2c9ap+36},
+        {0x1.261076a1484b4p-305, 0x1.840545a48447ap-267, 0x1.ffff2d48aee61p-229, 0x1.51cad1a03da25p-190, 0x1.bdb854078f411p-152, 0x1.2610dc8b92659p-113, 0x1.8405cc1ee57f3p-75, 0x1.ffffdeba9c964p-37, 0x1.51cb46b2355c6p+2, 0x1.bdb8ee8135faap+40, 0x1.26114275ffd22p+79, 0x1.8406529975521p+117, 0x1.0000481663e30p+156, 0x1.51cbbbc455a95p+194, 0x1.bdb988fb123dbp+232, 0x1.2611a86090910p+271},
+    },
+    {   // 0.41666666, 2^-47.0
+        {0x1.0000000000000p+0, 0x1.aaaaaa0006bebp-2, -0x1.f1c71c38f9c1ep-4, 0x1.06b74b6aba8fcp-4, -0x1.53576ae5341f6p-5, 0x1.e6ddbeadd8876p-6, -0x1.73f0981ec92e4p-6},
+        {0x1.034dae6a338f7p+0, 0x1.09bd444ad3f1dp+0, 0x1.0ff6ccf99f853p+0, 0x1.15fed77855d58p+0, 0x1.1bd959fc51a7bp+0, 0x1.2189cd035f20fp+0, 0x1.27133f3f56b10p+0, 0x1.2c7867004e132p+0, 0x1.31bbae8af25ccp+0, 0x1.36df4039aeaf3p+0, 0x1.3be50ee0e1cf3p+0, 0x1.40cedc81da555p+0, 0x1.459e41d288c38p+0, 0x1.4a54b2fc233e0p+0, 0x1.4ef3836c8ebe1p+0, 0x1.537bea522a54fp+0},
+        {0x1.0000000000000p+0, 0x1.55b8106794ae0p+0, 0x1.c823e00b880a5p+0, 0x1.306fe03998ed1p+1, 0x1.965fe9980df02p+1, 0x1.0f38f890ed878p+2, 0x1.6a09e56d018a8p+2, 0x1.e3437cea33fc8p+2, 0x1.428a2e6ec01b0p+3, 0x1.ae89f7d60950cp+3, 0x1.1f59aaf087a5ep+4, 0x1.7f910b8f20376p+4, 0x1.fffffd3a37a21p+4, 0x1.55b80e8ddb90bp+5, 0x1.c823dd932fdaep+5, 0x1.306fde938edd8p+6},
+        {0x1.0f3908b8dde86p-53, 0x1.ae8a0f26936c7p-47, 0x1.55b81f355df4ep-40, 0x1.0f3902d8e37a1p-33, 0x1.ae8a05d328d43p-27, 0x1.55b817ce793cfp-20, 0x1.0f38fcf8e92c6p-13, 0x1.ae89fc7fbe6fap-7, 0x1.55b8106794ae0p+0, 0x1.0f38f718eeff4p+7, 0x1.ae89f32c543edp+13, 0x1.55b80900b0481p+20, 0x1.0f38f138f4f2bp+27, 0x1.ae89e9d8ea41bp+33, 0x1.55b80199cc0b4p+40, 0x1.0f38eb58fb06cp+47},
+    },
+    {   // 2.2, 2^-50.5
+        {0x1.0000000000000p+0, 0x1.19999a0000132p+1, 0x1.51eb867ae1310p+0, 0x1.6872b6e47fe85p-4, -0x1.205bc3e0efb76p-6, 0x1.9f67c1f03ddb1p-8, -0x1.83c1b862f0065p-9},
+        {0x1.11ee415215e90p+0, 0x1.37c9c8ff0c6c2p+0, 0x1.6055590a067a7p+0, 0x1.8b98a352cd9abp+0, 0x1.b99b03efaaebap+0, 0x1.ea638e7ac2ad5p+0, 0x1.0efc87015b2c9p+1, 0x1.2a3108f446a5dp+1, 0x1.46d274586c8bfp+1, 0x1.64e3d855747ddp+1, 0x1.84682b67be998p+1, 0x1.a562481794099p+1, 0x1.c7d4f6b598611p+1, 0x1.ebc2ec6595d7ep+1, 0x1.089763df39fe6p+2, 0x1.1c0d8b9f05ff2p+2},
+        {0x1.0000000000000p+0, 0x1.2611190ebf1b8p+2, 0x1.51cb46b2355c6p+4, 0x1.840602c0aa4dep+6, 0x1.bdb8d18a62a3dp+8, 0x1.000002c5c863bp+11, 0x1.26111c3e12a5dp+13, 0x1.51cb4a5ac5c19p+15, 0x1.840606f47eaf5p+17, 0x1.bdb8d65e30663p+19, 0x1.0000058b90cf2p+22, 0x1.26111f6d6638fp+24, 0x1.51cb4e035630ep+26, 0x1.84060b28531c7p+28, 0x1.bdb8db31fe35ep+30, 0x1.0000085159423p+33},
+        {0x1.8405957d2861ap-280, 0x1.bdb86282f49c3p-245, 0x1.ffff96a44c9bfp-210, 0x1.2610e6198b27ap-174, 0x1.51cb1722e3d42p-139, 0x1.8405d8ba61002p-104, 0x1.bdb8afbfc3ca4p-69, 0x1.ffffef5d4e05fp-34, 0x1.2611190ebf1b8p+2, 0x1.51cb51abe6aa6p+37, 0x1.84061bf7a5456p+72, 0x1.bdb8fcfca05abp+107, 0x1.0000240b2f67fp+143, 0x1.26114c03fbe3fp+178, 0x1.51cb8c34f3a56p+213, 0x1.84065f34f5318p+248},
+    },
+    {   // 0.45454544, 2^-47.1
+        {0x1.0000000000000p+0, 0x1.d1745c000672fp-2, -0x1.fbc4c27254935p-4, 0x1.0593e4ccae636p-4, -0x1.4ceac5002f324p-5, 0x1.d897bf603163fp-6, -0x1.660d6da157b6ep-6},
+        {0x1.039b19b670513p+0, 0x1.0aa493de63ec4p+0, 0x1.1176bbb80ef81p+0, 0x1.1816204fbba0cp+0, 0x1.1e86b9f337352p+0, 0x1.24cc04bddc725p+0, 0x1.2ae913fd54f0fp+0, 0x1.30e0a35edcdadp+0, 0x1.36b522ecb352ep+0, 0x1.3c68c323875e6p+0, 0x1.41fd7d2644c54p+0, 0x1.477519432e3c7p+0, 0x1.4cd1368ef9d75p+0, 0x1.52134f8931c37p+0, 0x1.573cbdd218635p+0, 0x1.5c4ebeb4c81d9p+0},
+        {0x1.0000000000000p+0, 0x1.5ecf523518e11p+0, 0x1.e0bb8caf3c4bap+0, 0x1.4962de2f0f5edp+1, 0x1.c35fec7bfbb6fp+1, 0x1.3545586a096f0p+2, 0x1.a7cf4543d25f1p+2, 0x1.22624cb2035f1p+3, 0x1.8ded8f971bb01p+3, 0x1.10a6869829f1ap+4, 0x1.75a07a38c2783p+4, 0x1.fffffbd753748p+4, 0x1.5ecf4f5b9bd10p+5, 0x1.e0bb88c794895p+5, 0x1.4962db821ee82p+6, 0x1.c35fe8d160424p+6},
+        {0x1.3545768f5f05fp-58, 0x1.75a09b9b0d8d5p-51, 0x1.c3600d7b7427cp-44, 0x1.10a6984fda26dp-36, 0x1.4962ee3cb29bbp-29, 0x1.8ded9fc072fffp-22, 0x1.e0bb986633c35p-15, 0x1.22625169afb4dp-7, 0x1.5ecf523518e11p+0, 0x1.a7cf41d288d00p+7, 0x1.fffff385fa778p+14, 0x1.35454e5d98394p+22, 0x1.75a06b0c15b0dp+29, 0x1.c35fd2d1bc269p+36, 0x1.10a674e07ae33p+44, 0x1.4962c36dabb67p+51},
+    },
+    {   // 0.33333334, 2^-47.0
+        {0x1.0000000000000p+0, 0x1.555556000715ep-2, -0x1.c71c7238fb2c9p-4, 0x1.f9adcc83c5f1dp-5, -0x1.511e87013b8bcp-5, 0x1.eef14046fe638p-6, -0x1.80fba71a46df1p-6},
+        {0x1.02a3ad31a361ap+0, 0x1.07c32366bcd60p+0, 0x1.0cb18b5daf04ep+0, 0x1.11733d77109bdp+0, 0x1.160bfc1ce6780p+0, 0x1.1a7f0ebf5071bp+0, 0x1.1ecf55e5b816ap+0, 0x1.22ff5c5241c4ap+0, 0x1.27116372c856ep+0, 0x1.2b076f16df6fep+0, 0x1.2ee34dcdbde92p+0, 0x1.32a69f9eef1d0p+0, 0x1.3652dd1e5faadp+0, 0x1.39e95c22c2c0cp+0, 0x1.3d6b539a3815fp+0, 0x1.40d9dfbad6e4dp+0},
+        {0x1.0000000000000p+0, 0x1.428a2fbe1a0a7p+0, 0x1.965feab1bb5dcp+0, 0x1.00000058b90c1p+1, 0x1.428a302de2affp+1, 0x1.965feb3e9214ep+1, 0x1.000000b172183p+2, 0x1.428a309dab558p+2, 0x1.965febcb68cc3p+2, 0x1.0000010a2b248p+3, 0x1.428a310d73fb4p+3, 0x1.965fec583f83ap+3, 0x1.00000162e430ep+4, 0x1.428a317d3ca13p+4, 0x1.965fece5163b5p+4, 0x1.000001bb9d3d7p+5},
+        {0x1.965fd309ab506p-43, 0x1.ffffe65a832dap-38, 0x1.428a21c505ac1p-32, 0x1.965fdbd71655ep-27, 0x1.fffff171a43dap-22, 0x1.428a28c18fc7ep-16, 0x1.965fe4a4818c2p-11, 0x1.fffffc88c58b3p-6, 0x1.428a2fbe1a0a7p+0, 0x1.965fed71ecf33p+5, 0x1.000003cff38b1p+11, 0x1.428a36baa473dp+16, 0x1.965ff63f588b2p+21, 0x1.0000095b846f6p+27, 0x1.428a3db72f03dp+32, 0x1.965fff0cc453dp+37},
+    },
+    {   // 0.43, 2^-47.1
+        {0x1.0000000000000p+0, 0x1.b851ec0006a63p-2, -0x1.f5f6fd447d0fep-4, 0x1.06b1e2359e2f3p-4, -0x1.51901864b883bp-5, 0x1.e2827f7a64f1cp-6, -0x1.6f8a23ab3fbf3p-6},
+        {0x1.0368ec2eeb76ep+0, 0x1.0a0e99491114fp+0, 0x1.107db454e9316p+0, 0x1.16bace08c125fp+0, 0x1.1cc9decf38c1fp+0, 0x1.22ae61b56d2c2p+0, 0x1.286b682eb7b8ap+0, 0x1.2e03ab6f761f4p+0, 0x1.337998a91d0a2p+0, 0x1.38cf5d2b31a67p+0, 0x1.3e06eeb9d5dc3p+0, 0x1.432212337cb55p+0, 0x1.48226321a21b6p+0, 0x1.4d09587030be2p+0, 0x1.51d84836fb3adp+0, 0x1.56906c3be627cp+0},
+        {0x1.0000000000000p+0, 0x1.58e44cd566066p+0, 0x1.d0a65a16755e5p+0, 0x1.38fef45590066p+1, 0x1.a5adb9552f24fp+1, 0x1.1c0cbf294deafp+2, 0x1.7eae717a520c9p+2, 0x1.01c7d75a1c44ep+3, 0x1.5b4a6cbb182ebp+3, 0x1.d3e1b89fd6bcap+3, 0x1.3b2c48c61f7f3p+4, 0x1.a89c93d2e9d5dp+4, 0x1.1e0688c3c0b91p+5, 0x1.8157db7137580p+5, 0x1.0392da637002bp+6, 0x1.5db4d228188b9p+6},
+        {0x1.4f75e356ce793p-55, 0x1.34afc73f2ca7fp-48, 0x1.1c0cb5eea52c0p-41, 0x1.05610643336b8p-34, 0x1.e109165ab9accp-28, 0x1.baa498fad63b1p-21, 0x1.97508abebd942p-14, 0x1.76ce5022fee35p-7, 0x1.58e44cd566066p+0, 0x1.3d5d7d9c991ecp+7, 0x1.24091a65b73eep+14, 0x1.0cba3fd17b157p+21, 0x1.ee8f3f4f5c4fdp+27, 0x1.c7166f47e6badp+34, 0x1.a2c41c345ff72p+41, 0x1.8157e7f6695b3p+48},
+    },
+    {   // 2.325581, 2^-50.0
+        {0x1.0000000000000p+0, 0x1.29aca400001a6p+1, 0x1.8a976de992013p+0, 0x1.56973b2405bb7p-3, -0x1.ce196f580f47ep-6, 0x1.359d976768491p-7, -0x1.140bd40748097p-8},
+        {0x1.12fdc558f2304p+0, 0x1.3b51183bf02b5p+0, 0x1.66d0eb06dbc64p+0, 0x1.958c15287eb9ap+0, 0x1.c790e35ccfc99p+0, 0x1.fced2968fe81bp+0, 0x1.1ad7227b52be7p+1, 0x1.38f0971c3b6e5p+1, 0x1.58c93a37feda7p+1, 0x1.7a67292d536d5p+1, 0x1.9dd05769bb707p+1, 0x1.c30a8b7c03a47p+1, 0x1.ea1b6aba45d71p+1, 0x1.09843c723a2a4p+2, 0x1.1eeb8a70615d8p+2, 0x1.3546404d1f3c3p+2},
+        {0x1.0000000000000p+0, 0x1.40cfb04367b4bp+2, 0x1.9207e12709a22p+4, 0x1.f7d0029f20532p+6, 0x1.3bae5fae5834bp+9, 0x1.8b9a12f44c880p+11, 0x1.efc189a8c9d10p+13, 0x1.36a20f7471702p+16, 0x1.8546963d41d46p+18, 0x1.e7d40be714475p+20, 0x1.31aa699c59bf9p+23, 0x1.7f0cff4479a47p+25, 0x1.e0070255cb7e5p+27, 0x1.2cc7198cabd1dp+30, 0x1.78ece405930a0p+32, 0x1.d859e81973c33p+34},
+        {0x1.920ad6c9b605dp-296, 0x1.d0cfa66243a2dp-259, 0x1.0cb099c2df0dcp-221, 0x1.36a395b74ad84p-184, 0x1.672330edb66d5p-147, 0x1.9f352e8f10d93p-110, 0x1.e0082fdf7010dp-73, 0x1.157d0ad189091p-35, 0x1.40cfb04367b4bp+2, 0x1.72e5dc2e2e78ep+39, 0x1.accde419015b9p+76, 0x1.efc0523e931bcp+113, 0x1.1e933e377e1c7p+151, 0x1.4b51112767042p+188, 0x1.7f0b1e08c16cdp+225, 0x1.bad8949c68031p+262},
+    },
+    {   // 2.2222223, 2^-50.4
+        {0x1.0000000000000p+0, 0x1.1c71c8000014cp+1, 0x1.5ba784a458674p+0, 0x1.9c08f596c19e3p-4, -0x1.4078bb98ed9efp-6, 0x1.c7f7050702581p-8, -0x1.a63d2876576adp-9},
+        {0x1.121e399c8ee5dp+0, 0x1.3868e43d6e2f8p+0, 0x1.6178d1b772946p+0, 0x1.8d56d39e93f2cp+0, 0x1.bc0b5c1d54542p+0, 0x1.ed9e8c1c83bf5p+0, 0x1.110c19e39e5a8p+1, 0x1.2cbff00fa85b3p+1, 0x1.49ee6b138cacbp+1, 0x1.689b121d25acap+1, 0x1.88c950a1f5f9dp+1, 0x1.aa7c732a98232p+1, 0x1.cdb7b166a9b1fp+1, 0x1.f27e2d54c9276p+1, 0x1.0c6977f54ed01p+2, 0x1.205c77e47c059p+2},
+        {0x1.0000000000000p+0, 0x1.2aa1a71ace483p+2, 0x1.5c5cbf1e050b8p+4, 0x1.965ff0321e8d7p+6, 0x1.da0c493389f8cp+8, 0x1.147ed22fd7807p+11, 0x1.428a38e98fbcap+13, 0x1.784091b79d455p+15, 0x1.b6e8bfd4e6583p+17, 0x1.00000b1721bd0p+20, 0x1.2aa1b40abc57ap+22, 0x1.5c5cce357b802p+24, 0x1.966001ccf60c8p+26, 0x1.da0c5dbce6b21p+28, 0x1.147ede2a465dep+31, 0x1.428a46e2a51bbp+33},
+        {0x1.b6e7a29e623a2p-283, 0x1.42898343b0fe7p-247, 0x1.da0b674cc8ba1p-212, 0x1.5c5c374af85dfp-176, 0x1.ffff64bc4291fp-141, 0x1.78402feb0a352p-105, 0x1.147ea246213b4p-69, 0x1.965fccfc71d8fp-34, 0x1.2aa1a71ace483p+2, 0x1.b6e8d2d88f57ap+37, 0x1.428a62d4d1aacp+73, 0x1.da0cafe2627cfp+108, 0x1.5c5d28c24ff67p+144, 0x1.000063d040f0cp+180, 0x1.784134b77588bp+215, 0x1.147f61ed2c210p+251},
+    },
+    {   // 0.45, 2^-47.1
+        {0x1.0000000000000p+0, 0x1.cccccc00067d0p-2, -0x1.fae1478533f7fp-4, 0x1.05e350914d978p-4, -0x1.4de838c672ccap-5, 0x1.da9b51660902cp-6, -0x1.67f013db85d1fp-6},
+        {0x1.0391ce2dc9e46p+0, 0x1.0a88c76340ed8p+0, 0x1.11488cc29d2ecp+0, 0x1.17d5ae1d62dcdp+0, 0x1.1e34242dcfe69p+0, 0x1.24676b379ba75p+0, 0x1.2a72968059c0cp+0, 0x1.30586186caa6ap+0, 0x1.361b3c0d3f28bp+0, 0x1.3bbd563239408p+0, 0x1.4140a8ab91c50p+0, 0x1.46a6fb52630c8p+0, 0x1.4bf1ecbccfefbp+0, 0x1.5122f6e675451p+0, 0x1.563b72ea68127p+0, 0x1.5b3c9d8c3808dp+0},
+        {0x1.0000000000000p+0, 0x1.5db4d0434ccbcp+0, 0x1.ddb67f8d07750p+0, 0x1.46499a6b68041p+1, 0x1.bdb8ccb694eeep+1, 0x1.306fdfd016690p+2, 0x1.9fdf8a72fb510p+2, 0x1.1c0cbd9f871b2p+3, 0x1.8405fe8cd5f81p+3, 0x1.09071df3edc22p+4, 0x1.6a09e4720f58fp+4, 0x1.ee8f31eb55ed9p+4, 0x1.51cb4309a5016p+5, 0x1.cd70b01d3cba7p+5, 0x1.3b2c455c472dcp+6, 0x1.ae89f61665688p+6},
+        {0x1.cd70d318edee2p-58, 0x1.09072f2ccf3a0p-50, 0x1.306ff04c7b7c9p-43, 0x1.5db4df69ab13dp-36, 0x1.91b50f773a5c7p-29, 0x1.cd70bf1b63c6ap-22, 0x1.090723b18e1f9p-14, 0x1.306fe31c2a8ddp-7, 0x1.5db4d0434ccbcp+0, 0x1.91b4fe10273e0p+7, 0x1.cd70ab1dda7cdp+14, 0x1.090718364d848p+22, 0x1.306fd5ebda315p+29, 0x1.5db4c11cef2bbp+36, 0x1.91b4eca914e0ap+43, 0x1.cd7097205210bp+50},
+    },
+    {   // 1.961, 2^-52.6
+        {0x1.0000000000000p+0, 0x1.f60417fffff6fp+0, 0x1.e26ff630c24b6p-1, -0x1.9163625cbc17dp-7, 0x1.a10ad8219c02cp-9, -0x1.544cb23c1640ap-10, 0x1.58c35012ac7f1p-11},
+        {0x1.0fec688e6bffbp+0, 0x1.312e7aa0074a6p+0, 0x1.54514f4d12ad6p+0, 0x1.7953dc79a0b84p+0, 0x1.a03524a7a63f9p+0, 0x1.c8f43a5ad3cf4p+0, 0x1.f390393ada424p+0, 0x1.10042578a97fbp+1, 0x1.272dceeb51de8p+1, 0x1.3f44b70ed2df9p+1, 0x1.5848806f62d82p+1, 0x1.7238cdc51422fp+1, 0x1.8d15482a876f9p+1, 0x1.a8dd9ce935e8ep+1, 0x1.c59179a8ba9c6p+1, 0x1.e330905986978p+1},
+        {0x1.0000000000000p+0, 0x1.f258398586ad6p+1, 0x1.e50daf198c59fp+3, 0x1.d81de428778acp+5, 0x1.cb866d1907148p+7, 0x1.bf44eed866a09p+9, 0x1.b3571e695aa97p+11, 0x1.a7bac0766ed1cp+13, 0x1.9c6da8e7120a9p+15, 0x1.916dba778c89ep+17, 0x1.86b8e653bc192p+19, 0x1.7c4d2bb483cbap+21, 0x1.7228977fdcaa2p+23, 0x1.684943eb75627p+25, 0x1.5ead5821cf820p+27, 0x1.555307e9c93a6p+29},
+        {0x1.ef9722da75fe6p-250, 0x1.4192c3b94b76dp-218, 0x1.a15166fb87622p-187, 0x1.0ec8e5c0dbf94p-155, 0x1.5f6861bae4e38p-124, 0x1.c80907cb36797p-93, 0x1.27e83f40ed80fp-61, 0x1.8002971d76b26p-30, 0x1.f258398586ad6p+1, 0x1.435c465591e06p+33, 0x1.a3a3217a0ac56p+64, 0x1.104a264a1f6a7p+96, 0x1.615c5690b7997p+127, 0x1.ca91d7cdc556ep+158, 0x1.298d3dd4042b9p+190, 0x1.8224ee4e2ada5p+221},
+    },
+    {   // 0.5099439, 2^-47.2
+        {0x1.0000000000000p+0, 0x1.05175e0002f37p-1, -0x1.ffcc2864061efp-4, 0x1.fc6790c32884ap-5, -0x1.3c7d2b90b2261p-5, 0x1.ba3e29569260cp-6, -0x1.4af9b59701ac3p-6},
+        {0x1.040c7d750b348p+0, 0x1.0bf84a9277389p+0, 0x1.13ac0ed8edecdp+0, 0x1.1b2c3fb6a6fb5p+0, 0x1.227cc21c48a09p+0, 0x1.29a103b831501p+0, 0x1.309c0d27bc187p+0, 0x1.37709273a0675p+0, 0x1.3e20fe41e8d91p+0, 0x1.44af7da062f91p+0, 0x1.4b1e07bfd447dp+0, 0x1.516e640b6fdc6p+0, 0x1.57a231c014f00p+0, 0x1.5dbaec4c72351p+0, 0x1.63b9eec47623ap+0, 0x1.69a0786ca9344p+0},
+        {0x1.0000000000000p+0, 0x1.6c8aecbf64c8cp+0, 0x1.038dae522ff28p+1, 0x1.719a4e457e126p+1, 0x1.0727fd23ca415p+2, 0x1.76bbaadaf4accp+2, 0x1.0acf19534c7d8p+3, 0x1.7bef42647c908p+3, 0x1.0e83305ea4c99p+4, 0x1.813555a9d44b3p+4, 0x1.124470656868ep+5, 0x1.868e2658ebc69p+5, 0x1.1613082b122bep+6, 0x1.8bf9f70916428p+6, 0x1.19ef271948d63p+7, 0x1.91790b3e47a9dp+7},
+        {0x1.2dbb6affbbbc8p-65, 0x1.50e966c134967p-57, 0x1.783169a18d4c5p-49, 0x1.a40de0740fc15p-41, 0x1.d5077e24e4b07p-33, 0x1.05db72e1946efp-24, 0x1.2463431ba255ep-16, 0x1.467a56b812090p-8, 0x1.6c8aecbf64c8cp+0, 0x1.970ba76c5d69cp+8, 0x1.c680fde8a565ep+16, 0x1.fb7ed92535939p+24, 0x1.1b55306a98defp+33, 0x1.3c5dff13f568ep+41, 0x1.6140cd431eb98p+49, 0x1.8a7090a94652fp+57},
+    },
+};
+
+/// e^r for |r| up to ln 2 / 2: relative error 2^-45.6.
+inline constexpr double kExp[10] = {
+    0x1.000000000003dp+0, 0x1.0000000000006p+0, 0x1.ffffffffe74a0p-2,
+    0x1.5555555550d79p-3, 0x1.55555588c026cp-5, 0x1.11111123c1f47p-7,
+    0x1.6c162ba880942p-10, 0x1.a01994bd214e7p-13, 0x1.a17e031985654p-16,
+    0x1.72e1150d0c9b6p-19,
+};
+
+/// sin(r) / r over r^2, |r| up to pi / 4: relative error 2^-47.6.
+inline constexpr double kSin[6] = {
+    0x1.fffffffffffd9p-1, -0x1.5555555550eecp-3, 0x1.1111110bdd4e2p-7,
+    -0x1.a019f8a0a7197p-13, 0x1.71d730c3cba43p-19, -0x1.a9503d06ac8b5p-26,
+};
+
+/// cos(r) over r^2, |r| up to pi / 4: relative error 2^-52.8.
+inline constexpr double kCos[7] = {
+    0x1.0000000000000p+0, -0x1.fffffffffff79p-2, 0x1.555555554e7cfp-5,
+    -0x1.6c16c163c3f3ep-10, 0x1.a019f7fc0d9eep-16, -0x1.27df3f747e521p-22,
+    0x1.1b8ac93386c1dp-29,
+};
+
+/// atan(z) / z over z^2, |z| up to tan(pi / 8): relative error 2^-45.1.
+inline constexpr double kAtan[9] = {
+    0x1.fffffffffff0fp-1, -0x1.55555554e60adp-2, 0x1.99999911d0a27p-3,
+    -0x1.2492291c51ba7p-3, 0x1.c714d47eb5b83p-4, -0x1.73d9d39332384p-4,
+    0x1.35cf139f40bd7p-4, -0x1.e13c84cdd4f47p-5, 0x1.f65d22d3d9bb1p-6,
+};
+
+/// atanh(s) / s over s^2, s = (m - 1) / (m + 1), m from sqrt(1/2) to sqrt(2): relative error 2^-52.0.
+inline constexpr double kAtanh[7] = {
+    0x1.0000000000001p+0, 0x1.5555555552d4bp-2, 0x1.999999a4362c6p-3,
+    0x1.249240b7b5e16p-3, 0x1.c722cd599b3adp-4, 0x1.732312cf6c8a8p-4,
+    0x1.58d67fe1a22e4p-4,
+};
+
+/// Natural logarithms of 1 + i / 32, but 0 in place of ln 2: the binary exponent counts it.
+inline constexpr DoubleDouble kLog[33] = {
+    {0x0.0p+0, 0x0.0p+0}, {0x1.f829b0e783300p-6, 0x1.33e3f04f1ef23p-60},
+    {0x1.f0a30c01162a6p-5, 0x1.85f325c5bbacdp-59}, {0x1.6f0d28ae56b4cp-4, -0x1.906d99184b992p-58},
+    {0x1.e27076e2af2e6p-4, -0x1.61578001e0162p-60}, {0x1.29552f81ff523p-3, 0x1.301771c407dbfp-57},
+    {0x1.5ff3070a793d4p-3, -0x1.bc60efafc6f6ep-58}, {0x1.9525a9cf456b4p-3, 0x1.d904c1d4e2e26p-57},
+    {0x1.c8ff7c79a9a22p-3, -0x1.4f689f8434012p-57}, {0x1.fb9186d5e3e2bp-3, -0x1.caaae64f21acbp-57},
+    {0x1.1675cababa60ep-2, 0x1.ce63eab883717p-61}, {0x1.2e8e2bae11d31p-2, -0x1.8f4cdb95ebdf9p-56},
+    {0x1.4618bc21c5ec2p-2, 0x1.f42decdeccf1dp-56}, {0x1.5d1bdbf5809cap-2, 0x1.4236383dc7fe1p-56},
+    {0x1.739d7f6bbd007p-2, -0x1.8c76ceb014b04p-56}, {0x1.89a3386c1425bp-2, -0x1.29639dfbbf0fbp-56},
+    {0x1.9f323ecbf984cp-2, -0x1.a92e513217f5cp-59}, {0x1.b44f77bcc8f63p-2, -0x1.cd04495459c78p-56},
+    {0x1.c8ff7c79a9a22p-2, -0x1.4f689f8434012p-56}, {0x1.dd46a04c1c4a1p-2, -0x1.0467656d8b892p-56},
+    {0x1.f128f5faf06edp-2, -0x1.328df13bb38c3p-56}, {0x1.02552a5a5d0ffp-1, -0x1.cb1cb51408c00p-56},
+    {0x1.0be72e4252a83p-1, -0x1.259da11330801p-55}, {0x1.154c3d2f4d5eap-1, -0x1.59c33171a6876p-55},
+    {0x1.1e85f5e7040d0p-1, 0x1.ef62cd2f9f1e3p-56}, {0x1.2795e1289b11bp-1, -0x1.487c0c246978ep-57},
+    {0x1.307d7334f10bep-1, 0x1.fb590a1f566dap-57}, {0x1.393e0d3562a1ap-1, -0x1.58eef67f2483ap-55},
+    {0x1.41d8fe84672aep-1, 0x1.9192f30bd1806p-55}, {0x1.4a4f85db03ebbp-1, 0x1.13dfa3d3761b6p-60},
+    {0x1.52a2d265bc5abp-1, -0x1.1883750ea4d0ap-57}, {0x1.5ad404c359f2dp-1, -0x1.35955683f7196p-59},
+    {0x0.0p+0, 0x0.0p+0},
+};
+
+/// 2^(i / 32).
+inline constexpr DoubleDouble kExp2[32] = {
+    {0x1.0000000000000p+0, 0x0.0p+0}, {0x1.059b0d3158574p+0, 0x1.d73e2a475b465p-55},
+    {0x1.0b5586cf9890fp+0, 0x1.8a62e4adc610bp-54}, {0x1.11301d0125b51p+0, -0x1.6c51039449b3ap-54},
+    {0x1.172b83c7d517bp+0, -0x1.19041b9d78a76p-55}, {0x1.1d4873168b9aap+0, 0x1.e016e00a2643cp-54},
+    {0x1.2387a6e756238p+0, 0x1.9b07eb6c70573p-54}, {0x1.29e9df51fdee1p+0, 0x1.612e8afad1255p-55},
+    {0x1.306fe0a31b715p+0, 0x1.6f46ad23182e4p-55}, {0x1.371a7373aa9cbp+0, -0x1.63aeabf42eae2p-54},
+    {0x1.3dea64c123422p+0, 0x1.ada0911f09ebcp-55}, {0x1.44e086061892dp+0, 0x1.89b7a04ef80d0p-59},
+    {0x1.4bfdad5362a27p+0, 0x1.d4397afec42e2p-56}, {0x1.5342b569d4f82p+0, -0x1.07abe1db13cadp-55},
+    {0x1.5ab07dd485429p+0, 0x1.6324c054647adp-54}, {0x1.6247eb03a5585p+0, -0x1.383c17e40b497p-54},
+    {0x1.6a09e667f3bcdp+0, -0x1.bdd3413b26456p-54}, {0x1.71f75e8ec5f74p+0, -0x1.16e4786887a99p-55},
+    {0x1.7a11473eb0187p+0, -0x1.41577ee04992fp-55}, {0x1.82589994cce13p+0, -0x1.d4c1dd41532d8p-54},
+    {0x1.8ace5422aa0dbp+0, 0x1.6e9f156864b27p-54}, {0x1.93737b0cdc5e5p+0, -0x1.75fc781b57ebcp-57},
+    {0x1.9c49182a3f090p+0, 0x1.c7c46b071f2bep-56}, {0x1.a5503b23e255dp+0, -0x1.d2f6edb8d41e1p-54},
+    {0x1.ae89f995ad3adp+0, 0x1.7a1cd345dcc81p-54}, {0x1.b7f76f2fb5e47p+0, -0x1.5584f7e54ac3bp-56},
+    {0x1.c199bdd85529cp+0, 0x1.11065895048ddp-55}, {0x1.cb720dcef9069p+0, 0x1.503cbd1e949dbp-56},
+    {0x1.d5818dcfba487p+0, 0x1.2ed02d75b3707p-55}, {0x1.dfc97337b9b5fp+0, -0x1.1a5cd4f184b5cp-54},
+    {0x1.ea4afa2a490dap+0, -0x1.e9c23179c2893p-54}, {0x1.f50765b6e4540p+0, 0x1.9d3e12dd8a18bp-54},
+};
+
+/// atan(i / 32).
+inline constexpr DoubleDouble kAtanOf[33] = {
+    {0x0.0p+0, 0x0.0p+0}, {0x1.ffd55bba97625p-6, -0x1.5ec431444912cp-60},
+    {0x1.ff55bb72cfdeap-5, -0x1.c934d86d23f1dp-60}, {0x1.7ee182602f10fp-4, -0x1.cfb654c0c3d98p-58},
+    {0x1.fd5ba9aac2f6ep-4, -0x1.cd37686760c17p-59}, {0x1.3d6eee8c6626cp-3, 0x1.61a3b0ce9281bp-57},
+    {0x1.7b97b4bce5b02p-3, 0x1.347b0b4f881cap-58}, {0x1.b90d7529260a2p-3, 0x1.17b10d2e0e5abp-61},
+    {0x1.f5b75f92c80ddp-3, 0x1.8ab6e3cf7afbdp-57}, {0x1.18bf5a30bf178p-2, 0x1.30ca4748b1bf9p-57},
+    {0x1.362773707ebccp-2, -0x1.963a544b672d8p-57}, {0x1.530ad9951cd4ap-2, -0x1.2566480884082p-57},
+    {0x1.6f61941e4def1p-2, -0x1.c63aae6f6e918p-56}, {0x1.8b24d394a1b25p-2, 0x1.b6d0ba3748fa8p-56},
+    {0x1.a64eec3cc23fdp-2, -0x1.24dec1b50b7ffp-56}, {0x1.c0db4c94ec9f0p-2, -0x1.cc1ce70934c34p-56},
+    {0x1.dac670561bb4fp-2, 0x1.a2b7f222f65e2p-56}, {0x1.f40dd0b541418p-2, -0x1.a3992dc382a23p-57},
+    {0x1.0657e94db30d0p-1, -0x1.d5b495f6349e6p-56}, {0x1.1255d9bfbd2a9p-1, -0x1.2bdaee1c0ee35p-58},
+    {0x1.1e00babdefeb4p-1, -0x1.928df287a668fp-58}, {0x1.2958e59308e31p-1, -0x1.09e73b0c6c087p-56},
+    {0x1.345f01cce37bbp-1, 0x1.1021137c71102p-55}, {0x1.3f13fb89e96f4p-1, 0x1.ecf8b492644f0p-56},
+    {0x1.4978fa3269ee1p-1, 0x1.2419a87f2a458p-56}, {0x1.538f57b89061fp-1, -0x1.1bb74abda520cp-55},
+    {0x1.5d58987169b18p-1, 0x1.0028e4bc5e7cap-57}, {0x1.66d663923e087p-1, -0x1.6ea6febe8bbbap-56},
+    {0x1.700a7c5784634p-1, -0x1.8c34d25aadef6p-56}, {0x1.78f6bbd5d315ep-1, 0x1.406a089803740p-55},
+    {0x1.819d0b7158a4dp-1, -0x1.bf76229d3b917p-56}, {0x1.89ff5ff57f1f8p-1, -0x1.55b9a5e177a1bp-55},
+    {0x1.921fb54442d18p-1, 0x1.1a62633145c07p-55},
+};
+
+/// 1 / i!
+inline constexpr DoubleDouble kInverseFactorial[28] = {
+    {0x1.0000000000000p+0, 0x0.0p+0}, {0x1.0000000000000p+0, 0x0.0p+0},
+    {0x1.0000000000000p-1, 0x0.0p+0}, {0x1.5555555555555p-3, 0x1.5555555555555p-57},
+    {0x1.5555555555555p-5, 0x1.5555555555555p-59}, {0x1.1111111111111p-7, 0x1.1111111111111p-63},
+    {0x1.6c16c16c16c17p-10, -0x1.f49f49f49f49fp-65}, {0x1.a01a01a01a01ap-13, 0x1.a01a01a01a01ap-73},
+    {0x1.a01a01a01a01ap-16, 0x1.a01a01a01a01ap-76}, {0x1.71de3a556c734p-19, -0x1.c154f8ddc6c00p-73},
+    {0x1.27e4fb7789f5cp-22, 0x1.cbbc05b4fa99ap-76}, {0x1.ae64567f544e4p-26, -0x1.c062e06d1f209p-80},
+    {0x1.1eed8eff8d898p-29, -0x1.2aec959e14c06p-83}, {0x1.6124613a86d09p-33, 0x1.f28e0cc748ebep-87},
+    {0x1.93974a8c07c9dp-37, 0x1.05d6f8a2efd1fp-92}, {0x1.ae7f3e733b81fp-41, 0x1.1d8656b0ee8cbp-97},
+    {0x1.ae7f3e733b81fp-45, 0x1.1d8656b0ee8cbp-101}, {0x1.952c77030ad4ap-49, 0x1.ac981465ddc6cp-103},
+    {0x1.6827863b97d97p-53, 0x1.eec01221a8b0bp-107}, {0x1.2f49b46814157p-57, 0x1.2650f61dbdcb4p-112},
+    {0x1.e542ba4020225p-62, 0x1.ea72b4afe3c2fp-120}, {0x1.71b8ef6dcf572p-66, -0x1.d043ae40c4647p-120},
+    {0x1.0ce396db7f853p-70, -0x1.aebcdbd20331cp-124}, {0x1.761b41316381ap-75, -0x1.3423c7d91404fp-130},
+    {0x1.f2cf01972f578p-80, -0x1.9ada5fcc1ab14p-135}, {0x1.3f3ccdd165fa9p-84, -0x1.58ddadf344487p-139},
+    {0x1.88e85fc6a4e5ap-89, -0x1.71c37ebd16540p-143}, {0x1.d1ab1c2dccea3p-94, 0x1.054d0c78aea14p-149},
+};
+
+/// 1 / (2 i + 1).
+inline constexpr DoubleDouble kInverseOdd[10] = {
+    {0x1.0000000000000p+0, 0x0.0p+0}, {0x1.5555555555555p-2, 0x1.5555555555555p-56},
+    {0x1.999999999999ap-3, -0x1.999999999999ap-57}, {0x1.2492492492492p-3, 0x1.2492492492492p-57},
+    {0x1.c71c71c71c71cp-4, 0x1.c71c71c71c71cp-58}, {0x1.745d1745d1746p-4, -0x1.745d1745d1746p-59},
+    {0x1.3b13b13b13b14p-4, -0x1.3b13b13b13b14p-58}, {0x1.1111111111111p-4, 0x1.1111111111111p-60},
+    {0x1.e1e1e1e1e1e1ep-5, 0x1.e1e1e1e1e1e1ep-61}, {0x1.af286bca1af28p-5, 0x1.af286bca1af28p-59},
+};
+
+/// ln 2 / 32 in three, the first two of 36 bits: an integer below 2^17 times either is exact.
+inline constexpr double kLn2Over32[3] = {
+    0x1.62e42fefa0000p-6, 0x1.cf79abc9e0000p-45, 0x1.d9cc01f97b57ap-84,
+};
+
+/// ln 2 in two, the first of 40 bits.
+inline constexpr double kLn2Parts[2] = {
+    0x1.62e42fefa4000p-1, -0x1.8432a1b0e2634p-43,
+};
+
+/// pi / 2 in three, the first two of 30 bits: an integer below 2^23 times either is exact.
+inline constexpr double kHalfPiParts[3] = {
+    0x1.921fb54800000p+0, -0x1.de973dc800000p-31, -0x1.9d9cceba3f91fp-62,
+};
+
+inline constexpr DoubleDouble kLn2 = {0x1.62e42fefa39efp-1, 0x1.abc9e3b39803fp-56};
+inline constexpr DoubleDouble kPi = {0x1.921fb54442d18p+1, 0x1.1a62633145c07p-53};
+inline constexpr DoubleDouble kHalfPi = {0x1.921fb54442d18p+0, 0x1.1a62633145c07p-54};
+inline constexpr DoubleDouble kQuarterPi = {0x1.921fb54442d18p-1, 0x1.1a62633145c07p-55};
+
+/// The fraction bits of 2 / pi, 32 a word.
+inline constexpr std::uint32_t kTwoOverPi[40] = {
+    0xa2f9836eu, 0x4e441529u, 0xfc2757d1u, 0xf534ddc0u, 0xdb629599u, 0x3c439041u,
+    0xfe5163abu, 0xdebbc561u, 0xb7246e3au, 0x424dd2e0u, 0x06492eeau, 0x09d1921cu,
+    0xfe1deb1cu, 0xb129a73eu, 0xe88235f5u, 0x2ebb4484u, 0xe99c7026u, 0xb45f7e41u,
+    0x3991d639u, 0x835339f4u, 0x9c845f8bu, 0xbdf9283bu, 0x1ff897ffu, 0xde05980fu,
+    0xef2f118bu, 0x5a0a6d1fu, 0x6d367ecfu, 0x27cb09b7u, 0x4f463f66u, 0x9e5fea2du,
+    0x7527bac7u, 0xebe5f17bu, 0x3d0739f7u, 0x8a5292eau, 0x6bfb5fb1u, 0x1f8d5d08u,
+    0x56033046u, 0xfc7b6babu, 0xf0cfbc20u, 0x9af4361du,
+};
+
+// clang-format on
+
+}   // namespace QZ::Foundation::ElementaryTables

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+
+/// \file
+/// What the elementary functions work in: a double for a float, two vectors of doubles for a Lane.
+
+#if defined(QZ_FOUNDATION_COLOR_WIDE) == defined(HWY_TARGET_TOGGLE)
+#ifdef QZ_FOUNDATION_COLOR_WIDE
+#undef QZ_FOUNDATION_COLOR_WIDE
+#else
+#define QZ_FOUNDATION_COLOR_WIDE
+#endif
+
+#include <bit>
+#include <cstdint>
+
+#include "QZ/Foundation/Color/Lane.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace QZ::Foundation::QZ_TARGET {
+
+HWY_INLINE double Widen(float x)
+{
+    return static_cast<double>(x);
+}
+
+/// Rounds to nearest, subnormal results too; too large becomes infinite.
+HWY_INLINE float Narrow(double x)
+{
+    return static_cast<float>(x);
+}
+
+/// The bits of a float, as wide as a double's.
+HWY_INLINE std::uint64_t BitsOf(float x)
+{
+    return std::bit_cast<std::uint32_t>(x);
+}
+
+/// The mantissa of a normal float: its magnitude over a power of 2, from 1 to 2.
+HWY_INLINE float Mantissa(float x)
+{
+    return std::bit_cast<float>((std::bit_cast<std::uint32_t>(x) & 0x007fffffu) | 0x3f800000u);
+}
+
+/// The entry at the low four bits of an index.
+HWY_INLINE double Lookup(const double (&table)[16], std::uint64_t index)
+{
+    return table[index & 15];
+}
+
+/// a b + c with one rounding or two: only for what is tested for its rounding afterwards.
+HWY_INLINE double MulAdd(double a, double b, double c)
+{
+    return a * b + c;
+}
+
+/// An integer of at most 2^51 in magnitude, in two forms.
+template <class W>
+struct Rounded {
+    W shifted;   ///< the integer in the low bits
+    W value;
+};
+
+/// The nearest integer, ties to even.
+template <class W>
+HWY_INLINE Rounded<W> RoundToInteger(W x)
+{
+    const W shift(6755399441055744.0);   // 1.5 2^52
+    const W shifted = x + shift;
+    return {shifted, shifted - shift};
+}
+
+/// 2^n for n from -1022 to 1023.
+HWY_INLINE double PowerOf2(Rounded<double> n)
+{
+    return std::bit_cast<double>((std::bit_cast<std::uint64_t>(n.shifted) + 1023u) << 52);
+}
+
+/// Whether the bit of that value is set in the integer.
+HWY_INLINE bool HasBit(Rounded<double> n, std::uint64_t bit)
+{
+    return (std::bit_cast<std::uint64_t>(n.shifted) & bit) != 0;
+}
+
+/// The mask of floats for a selection of doubles.
+HWY_INLINE bool WidenMask(bool mask)
+{
+    return mask;
+}
+
+HWY_INLINE double Select(bool mask, double a, double b)
+{
+    return mask ? a : b;
+}
+
+/// x with the sign of sign.
+HWY_INLINE float CopySign(float x, float sign)
+{
+    return std::copysign(x, sign);
+}
+HWY_INLINE bool IsNegative(float x)
+{
+    return std::signbit(x);
+}
+
+}   // namespace QZ::Foundation::QZ_TARGET
+HWY_AFTER_NAMESPACE();
+
+#endif
