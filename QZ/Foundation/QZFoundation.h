@@ -18,6 +18,16 @@
 #include "QZ/Math/CVector3.h"
 #include "QZ/Math/CVector4.h"
 
+// A library built without its media layer installs none of these headers.
+#if __has_include("QZ/Platform/AssetWriter.h")
+#include "QZ/Platform/AssetWriter.h"
+#include "QZ/Platform/DispatchQueue.h"
+#include "QZ/Platform/Geometry.h"
+#include "QZ/Platform/MainQueue.h"
+#include "QZ/Platform/MediaBuffers.h"
+#include "QZ/Platform/Time.h"
+#endif
+
 extern "C" {
 /// The library's version as a number: 1.0.
 QZ_API extern const double QZFoundationVersionNumber;
