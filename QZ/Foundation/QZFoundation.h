@@ -5,6 +5,8 @@
 /// The whole library in one include, but for HSLuv.h, whose names are global and therefore opt-in.
 
 #include "QZ/Export.h"
+#include "QZ/Foundation/Analysis/CWhiteBalance.h"
+#include "QZ/Foundation/Analysis/ColorQuantization.h"
 #include "QZ/Foundation/Analysis/Histograms.h"
 #include "QZ/Foundation/Analysis/MedianCut.h"
 #include "QZ/Foundation/Color/CColor.h"

@@ -71,4 +71,18 @@ inline Picture Photograph(int width, int height, unsigned seed = 1)
     return picture;
 }
 
+/// The picture turned by a quarter, clockwise.
+inline Picture Turned(const Picture& picture)
+{
+    Picture turned{picture.height, picture.width, {}};
+    turned.rgba.reserve(picture.rgba.size());
+    for (int column = 0; column < picture.width; ++column) {
+        for (int row = picture.height - 1; row >= 0; --row) {
+            const auto pixel = picture.rgba.begin() + 4 * (row * picture.width + column);
+            turned.rgba.insert(turned.rgba.end(), pixel, pixel + 4);
+        }
+    }
+    return turned;
+}
+
 }   // namespace QZ::Test
