@@ -21,6 +21,9 @@
 #include "QZ/Foundation/Color/ElementaryTables.h"
 #include "QZ/Foundation/Color/Exponent.h"
 #include "QZ/Foundation/Color/Wide.h"
+#if HWY_TARGET != HWY_SCALAR
+#include "QZ/Foundation/Color/WideLane.h"
+#endif
 
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
@@ -42,9 +45,11 @@ HWY_INLINE auto PowInDouble(F x)
     constexpr const ElementaryTables::Power& power = ElementaryTables::kPowers[static_cast<int>(exponent)];
     const auto bits = BitsOf(x);
     using W = decltype(Widen(x));
-    const W t = MulAdd(Widen(Mantissa(x)), Lookup(ElementaryTables::kReciprocals, bits >> 19), W(-1.0));
-    const W scale = Lookup(power.intervals, bits >> 19) * Lookup(power.binaryLow, bits >> 23) *
-                    Lookup(power.binaryHigh, bits >> 27);
+    const W t =
+        MulAdd(Widen(Mantissa(x)), Lookup(ElementaryTables::kReciprocals, ShiftRight<19>(bits)), W(-1.0));
+    const W scale = Lookup(power.intervals, ShiftRight<19>(bits)) *
+                    Lookup(power.binaryLow, ShiftRight<23>(bits)) *
+                    Lookup(power.binaryHigh, ShiftRight<27>(bits));
 
     const double(&c)[7] = power.polynomial;
     const W t2 = t * t;
@@ -57,12 +62,19 @@ HWY_INLINE auto PowInDouble(F x)
 /// What PowInDouble() may err by, relatively.
 inline constexpr double kPowMargin = 0x1p-45;
 
-/// A value known to a relative margin, rounded; what exact() gives where the margin leaves that open.
-template <class Exact>
-HWY_INLINE float RoundedWithin(double margin, double value, Exact&& exact)
+/// x^3, correctly rounded. Its doubles err by one rounding.
+template <class F>
+HWY_INLINE F Cube(F x)
 {
-    const float rounded = Narrow(value * (1.0 + margin));
-    return HWY_LIKELY(rounded == Narrow(value * (1.0 - margin))) ? rounded : static_cast<float>(exact());
+    using W = decltype(Widen(x));
+    const W wide = Widen(x);
+    const W cube = wide * wide * wide;
+    const F rounded = Narrow(cube * W(1.0 + 0x1p-52));
+    const auto isOpen = And(rounded != Narrow(cube * W(1.0 - 0x1p-52)), x == x);
+    return ReplaceWhere(isOpen, x, rounded, [](float c) {
+        const auto exact = static_cast<double>(c);
+        return Narrow(RoundToOdd(TwoProduct(exact * exact, exact)));
+    });
 }
 
 /// x to a fixed power, correctly rounded; zeros, infinities and NaN as std::pow gives them.
@@ -74,16 +86,15 @@ template <Exponent exponent>
 HWY_INLINE float Pow(float x)
 {
     if constexpr (exponent == Exponent::k3) {
-        const double wide = Widen(x);
-        const double square = wide * wide;   // exact
-        return RoundedWithin(0x1p-52, square * wide, [&] { return RoundToOdd(TwoProduct(square, wide)); });
+        return Cube(x);
     } else {
-        const bool isNormal =
-            x >= std::numeric_limits<float>::min() && x <= std::numeric_limits<float>::max();
-        if (HWY_UNLIKELY(!isNormal))
-            return Double::PowRounded(x, Value(exponent));
-        return RoundedWithin(kPowMargin, PowInDouble<exponent>(x),
-                             [&] { return Double::PowRounded(x, Value(exponent)); });
+        if (HWY_LIKELY(x >= std::numeric_limits<float>::min() && x <= std::numeric_limits<float>::max())) {
+            const double power = PowInDouble<exponent>(x);
+            const float rounded = Narrow(power * (1.0 + kPowMargin));
+            if (HWY_LIKELY(rounded == Narrow(power * (1.0 - kPowMargin))))
+                return rounded;
+        }
+        return x == 0.0f ? 0.0f : Double::PowRounded(x, Value(exponent));
     }
 }
 
@@ -152,17 +163,18 @@ HWY_INLINE F SinOfModerate(F x, int quarterTurns)
 
 inline constexpr float kModerate = 2097152.0f;   // 2^21
 
-HWY_INLINE float Sin(float x)
+template <class F>
+HWY_INLINE F Sin(F x)
 {
-    if (HWY_LIKELY(Abs(x) < kModerate))
-        return x == 0.0f ? x : SinOfModerate(x, 0);
-    return Narrow(Double::Sin(Widen(x)));
+    const F sine = Select(x == 0.0f, x, SinOfModerate(x, 0));
+    return ReplaceWhere(Abs(x) >= kModerate, x, sine,
+                        [](float angle) { return Narrow(Double::Sin(Widen(angle))); });
 }
-HWY_INLINE float Cos(float x)
+template <class F>
+HWY_INLINE F Cos(F x)
 {
-    if (HWY_LIKELY(Abs(x) < kModerate))
-        return SinOfModerate(x, 1);
-    return Narrow(Double::Cos(Widen(x)));
+    return ReplaceWhere(Abs(x) >= kModerate, x, SinOfModerate(x, 1),
+                        [](float angle) { return Narrow(Double::Cos(Widen(angle))); });
 }
 
 /// The angle of the point (x, y), from -pi to pi; zeros and infinities as std::atan2 takes them.
@@ -191,37 +203,57 @@ HWY_INLINE F Atan2(F y, F x)
     return Select(And(x == x, y == y), angle, x + y);
 }
 
-/// f of each float of a Lane.
-template <class Function>
-HWY_INLINE Lane OneByOne(Lane x, Function&& f)
+#if HWY_TARGET == HWY_SCALAR
+
+// A Lane of one float.
+template <Exponent exponent>
+HWY_INLINE Lane Pow(Lane x)
 {
-    HWY_ALIGN float values[HWY_MAX_BYTES / sizeof(float)];
-    hn::Store(x.vector, Lane::Tag(), values);
-    for (std::size_t i = 0; i < Lane::Size(); ++i)
-        values[i] = f(values[i]);
-    return hn::Load(Lane::Tag(), values);
+    return Pow<exponent>(hn::GetLane(x.vector));
 }
+HWY_INLINE Lane Exp(Lane x)
+{
+    return Exp(hn::GetLane(x.vector));
+}
+HWY_INLINE Lane Sin(Lane x)
+{
+    return Sin(hn::GetLane(x.vector));
+}
+HWY_INLINE Lane Cos(Lane x)
+{
+    return Cos(hn::GetLane(x.vector));
+}
+HWY_INLINE Lane Atan2(Lane y, Lane x)
+{
+    return Atan2(hn::GetLane(y.vector), hn::GetLane(x.vector));
+}
+
+#else
 
 template <Exponent exponent>
 HWY_INLINE Lane Pow(Lane x)
 {
-    return OneByOne(x, [](float v) { return Pow<exponent>(v); });
+    if constexpr (exponent == Exponent::k3) {
+        return Cube(x);
+    } else {
+        constexpr float kSmallest = std::numeric_limits<float>::min();
+        constexpr float kLargest = std::numeric_limits<float>::max();
+        const WideLane power = PowInDouble<exponent>(x);
+        const Lane rounded = Narrow(power * WideLane(1.0 + kPowMargin));
+        const LaneMask isOpen = rounded != Narrow(power * WideLane(1.0 - kPowMargin));
+
+        const Lane magnitude = Abs(x);
+        const LaneMask isNormal = And(x >= kSmallest, x <= kLargest);
+        // Zeros, infinities and NaN are their own powers but for the sign.
+        const LaneMask isNegative = And(x < 0.0f, magnitude <= kLargest);
+        const Lane special = Select(isNegative, Lane(std::numeric_limits<float>::quiet_NaN()), magnitude);
+        const LaneMask isSubnormal = And(x > 0.0f, x < kSmallest);
+        return ReplaceWhere(Or(And(isNormal, isOpen), isSubnormal), x, Select(isNormal, rounded, special),
+                            [](float c) { return Double::PowRounded(c, Value(exponent)); });
+    }
 }
-HWY_INLINE Lane Sin(Lane x)
-{
-    return OneByOne(x, [](float v) { return Sin(v); });
-}
-HWY_INLINE Lane Cos(Lane x)
-{
-    return OneByOne(x, [](float v) { return Cos(v); });
-}
-HWY_INLINE Lane Atan2(Lane y, Lane x)
-{
-    HWY_ALIGN float divisors[HWY_MAX_BYTES / sizeof(float)];
-    hn::Store(x.vector, Lane::Tag(), divisors);
-    std::size_t i = 0;
-    return OneByOne(y, [&](float v) { return Atan2(v, divisors[i++]); });
-}
+
+#endif
 
 }   // namespace QZ::Foundation::QZ_TARGET
 HWY_AFTER_NAMESPACE();

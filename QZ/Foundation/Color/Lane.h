@@ -72,9 +72,17 @@ HWY_INLINE LaneMask operator>=(Lane a, Lane b)
 {
     return hn::Ge(a.vector, b.vector);
 }
+HWY_INLINE LaneMask operator<=(Lane a, Lane b)
+{
+    return hn::Le(a.vector, b.vector);
+}
 HWY_INLINE LaneMask operator==(Lane a, Lane b)
 {
     return hn::Eq(a.vector, b.vector);
+}
+HWY_INLINE LaneMask operator!=(Lane a, Lane b)
+{
+    return hn::Ne(a.vector, b.vector);
 }
 
 /// a where the mask holds, b elsewhere; both are evaluated.
@@ -139,6 +147,55 @@ HWY_INLINE float Floor(float x)
 HWY_INLINE Lane Floor(Lane x)
 {
     return hn::Floor(x.vector);
+}
+
+/// Whether the sign bit is set.
+HWY_INLINE bool IsNegative(float x)
+{
+    return std::signbit(x);
+}
+HWY_INLINE LaneMask IsNegative(Lane x)
+{
+    const hn::RebindToSigned<Lane::Tag> bits;
+    return hn::MaskFromVec(hn::BitCast(Lane::Tag(), hn::BroadcastSignBit(hn::BitCast(bits, x.vector))));
+}
+
+/// x with the sign of sign.
+HWY_INLINE float CopySign(float x, float sign)
+{
+    return std::copysign(x, sign);
+}
+HWY_INLINE Lane CopySign(Lane x, Lane sign)
+{
+    return hn::CopySign(x.vector, sign.vector);
+}
+
+/// function(x) in place of otherwise where the mask holds, one float at a time: for what is rare.
+template <class Function>
+HWY_NOINLINE Lane ReplaceEach(LaneMask mask, Lane x, Lane otherwise, Function function)
+{
+    const Lane::Tag tag;
+    HWY_ALIGN float arguments[HWY_MAX_BYTES / sizeof(float)];
+    HWY_ALIGN float results[HWY_MAX_BYTES / sizeof(float)];
+    HWY_ALIGN float isChosen[HWY_MAX_BYTES / sizeof(float)];
+    hn::Store(x.vector, tag, arguments);
+    hn::Store(otherwise.vector, tag, results);
+    hn::Store(Select(mask, Lane(1.0f), Lane(0.0f)).vector, tag, isChosen);
+    for (std::size_t i = 0; i < Lane::Size(); ++i)
+        if (isChosen[i] != 0.0f)
+            results[i] = function(arguments[i]);
+    return hn::Load(tag, results);
+}
+template <class Function>
+HWY_INLINE Lane ReplaceWhere(LaneMask mask, Lane x, Lane otherwise, Function function)
+{
+    return HWY_LIKELY(hn::AllFalse(Lane::Tag(), mask.mask)) ? otherwise
+                                                            : ReplaceEach(mask, x, otherwise, function);
+}
+template <class Function>
+HWY_INLINE float ReplaceWhere(bool mask, float x, float otherwise, Function function)
+{
+    return HWY_LIKELY(!mask) ? otherwise : function(x);
 }
 
 /// A colour over the number type F.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
 /// \file
-/// What the elementary functions work in: a double for a float, two vectors of doubles for a Lane.
+/// What the elementary functions work in: a double for a float. WideLane.h says the same of a Lane.
 
 #if defined(QZ_FOUNDATION_COLOR_WIDE) == defined(HWY_TARGET_TOGGLE)
 #ifdef QZ_FOUNDATION_COLOR_WIDE
@@ -18,6 +18,12 @@
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
 
+template <int bits>
+HWY_INLINE std::uint64_t ShiftRight(std::uint64_t x)
+{
+    return x >> bits;
+}
+
 HWY_INLINE double Widen(float x)
 {
     return static_cast<double>(x);
@@ -29,7 +35,6 @@ HWY_INLINE float Narrow(double x)
     return static_cast<float>(x);
 }
 
-/// The bits of a float, as wide as a double's.
 HWY_INLINE std::uint64_t BitsOf(float x)
 {
     return std::bit_cast<std::uint32_t>(x);
@@ -90,16 +95,6 @@ HWY_INLINE bool WidenMask(bool mask)
 HWY_INLINE double Select(bool mask, double a, double b)
 {
     return mask ? a : b;
-}
-
-/// x with the sign of sign.
-HWY_INLINE float CopySign(float x, float sign)
-{
-    return std::copysign(x, sign);
-}
-HWY_INLINE bool IsNegative(float x)
-{
-    return std::signbit(x);
 }
 
 }   // namespace QZ::Foundation::QZ_TARGET
