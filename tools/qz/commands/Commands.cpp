@@ -7,6 +7,7 @@ void RegisterCommands(CommandLine& line)
 {
     RegisterAdjust(line);
     RegisterColor(line);
+    RegisterSample(line);
 }
 
 }   // namespace QZ::Tool

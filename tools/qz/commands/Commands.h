@@ -8,6 +8,7 @@ class CommandLine;
 /// Each command adds itself with its options; its function lies in the file of its name.
 void RegisterAdjust(CommandLine& line);
 void RegisterColor(CommandLine& line);
+void RegisterSample(CommandLine& line);
 
 /// All of them, in the order in which the help lists them.
 void RegisterCommands(CommandLine& line);
