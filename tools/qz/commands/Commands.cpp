@@ -6,7 +6,9 @@ namespace QZ::Tool {
 void RegisterCommands(CommandLine& line)
 {
     RegisterAdjust(line);
+    RegisterHistogram(line);
     RegisterColor(line);
+    RegisterChromaMap(line);
     RegisterSample(line);
 }
 

@@ -7,7 +7,9 @@ class CommandLine;
 
 /// Each command adds itself with its options; its function lies in the file of its name.
 void RegisterAdjust(CommandLine& line);
+void RegisterChromaMap(CommandLine& line);
 void RegisterColor(CommandLine& line);
+void RegisterHistogram(CommandLine& line);
 void RegisterSample(CommandLine& line);
 
 /// All of them, in the order in which the help lists them.
