@@ -5,12 +5,16 @@
 /// The whole library in one include, but for HSLuv.h, whose names are global and therefore opt-in.
 
 #include "QZ/Export.h"
+#include "QZ/Foundation/Analysis/COtsuMethod.h"
 #include "QZ/Foundation/Analysis/CWhiteBalance.h"
 #include "QZ/Foundation/Analysis/ColorQuantization.h"
+#include "QZ/Foundation/Analysis/GrayscaleQuantization.h"
 #include "QZ/Foundation/Analysis/Histograms.h"
 #include "QZ/Foundation/Analysis/MedianCut.h"
 #include "QZ/Foundation/Color/CColor.h"
 #include "QZ/Foundation/Color/CColorRows.h"
+#include "QZ/Foundation/Color/CConvert.h"
+#include "QZ/Foundation/Color/CGrayscaleToneCurve.h"
 #include "QZ/Foundation/Color/CLUVMaximumChromaMap.h"
 #include "QZ/Math/CConstants.h"
 #include "QZ/Math/CDiscreteGaussianFilter.h"
