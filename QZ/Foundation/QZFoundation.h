@@ -10,6 +10,7 @@
 #include "QZ/Foundation/Analysis/ColorQuantization.h"
 #include "QZ/Foundation/Analysis/GrayscaleQuantization.h"
 #include "QZ/Foundation/Analysis/Histograms.h"
+#include "QZ/Foundation/Analysis/HueAndGrayscaleQuantization.h"
 #include "QZ/Foundation/Analysis/MedianCut.h"
 #include "QZ/Foundation/Color/CColor.h"
 #include "QZ/Foundation/Color/CColorRows.h"

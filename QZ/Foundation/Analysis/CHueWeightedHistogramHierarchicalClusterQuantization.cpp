@@ -4,6 +4,7 @@
 
 #include "QZ/Foundation/Analysis/ColorQuantization.h"
 #include "QZ/Foundation/Analysis/HueClusters.h"
+#include "QZ/Foundation/Analysis/Int32.h"
 #include "QZ/Foundation/Analysis/Recolor.h"
 #include "QZ/Foundation/Color/CLUVMaximumChromaMap.h"
 
@@ -94,10 +95,7 @@ void Quantization::Compute(int bins, int numClusters, double minAngleDegrees,
 
 void Quantization::Recolor(int width, int height, CColor::EIlluminant illuminant, unsigned char* rgba) const
 {
-    Foundation::Recolor(binColours, width, height, illuminant, LinearOfGamma22Byte(), rgba,
-                        [=](const QZ_TARGET::Vec3<float>& ipt) {
-                            return QZ_TARGET::IPTToSRGB(true, false, illuminant, ipt);
-                        });
+    RecolorPicture(binColours, width, height, illuminant, true, rgba);
 }
 
 }   // namespace QZ::Foundation

@@ -4,6 +4,7 @@
 
 #include "QZ/Foundation/Analysis/ColorQuantization.h"
 #include "QZ/Foundation/Analysis/HueSegments.h"
+#include "QZ/Foundation/Analysis/Int32.h"
 #include "QZ/Foundation/Analysis/Recolor.h"
 
 namespace QZ::Foundation {
@@ -48,9 +49,7 @@ void CPTMedianCutQuantization::Compute(int numBins, int numColours, int width, i
 void CPTMedianCutQuantization::Recolor(int width, int height, CColor::EIlluminant illuminant,
                                        unsigned char* rgba) const
 {
-    Foundation::Recolor(
-        binColours, width, height, illuminant, UnitOfByte(), rgba,
-        [=](const QZ_TARGET::Vec3<float>& ipt) { return QZ_TARGET::IPTToLinearRGB(false, illuminant, ipt); });
+    RecolorPicture(binColours, width, height, illuminant, false, rgba);
 }
 
 }   // namespace QZ::Foundation

@@ -2,11 +2,14 @@
 #include "QZ/Foundation/Analysis/CWhiteBalance.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <span>
 
 #include "QZ/Foundation/Analysis/Int32.h"
 #include "QZ/Foundation/Color/ByteTables.h"
+#include "QZ/Foundation/Color/CColorRows.h"
 
 namespace QZ::Foundation {
 
@@ -63,9 +66,18 @@ void AddTile(const Vector* linear, std::ptrdiff_t width, const Rectangle& tile, 
     statistics.Add(maximum, sum);
 }
 
+/// A value times 255 without its fraction; NaN gives 0.
 unsigned char ByteOf(float unit)
 {
     return static_cast<unsigned char>(TruncateToRange(unit * 255.0f, 0, 255));
+}
+
+void WritePixel(const Vector& rgb, unsigned char* pixel)
+{
+    pixel[0] = ByteOf(rgb.x);
+    pixel[1] = ByteOf(rgb.y);
+    pixel[2] = ByteOf(rgb.z);
+    pixel[3] = 255;
 }
 
 }   // namespace
@@ -161,26 +173,28 @@ void CWhiteBalance::Balance(CColor::EIlluminant illuminant, bool nonlinear, bool
                             unsigned char* rgba)
 {
     const Matrix adaptation = CColor::ChromaticAdaptationMatrix(white, CColor::XYZReference(illuminant));
-    const auto convert = [&](const Vector& xyz, Vector& out) {
+    const auto toOutput = [=](std::span<Vector> row) {
         if (displayP3 && nonlinear)
-            CColor::XYZToDisplayP3(false, illuminant, xyz, out);
+            CColorRows::XYZToDisplayP3(false, illuminant, row, row);
         else if (displayP3)
-            CColor::XYZToLinearDisplayP3(illuminant, xyz, out);
+            CColorRows::XYZToLinearDisplayP3(illuminant, row, row);
         else if (nonlinear)
-            CColor::XYZToSRGB(false, false, illuminant, xyz, out);
+            CColorRows::XYZToSRGB(false, false, illuminant, row, row);
         else
-            CColor::XYZToLinearRGB(false, illuminant, xyz, out);
+            CColorRows::XYZToLinearRGB(false, illuminant, row, row);
     };
-    const int count = WrappingMultiply(width, height);
-    for (std::ptrdiff_t k = 0; k < count; ++k, rgba += 4) {
-        Vector xyz;
-        CColor::LinearRGBToXYZ(illuminant, linear[static_cast<std::size_t>(k)], xyz);
-        Vector out;
-        convert(adaptation * xyz, out);
-        rgba[0] = ByteOf(out.x);
-        rgba[1] = ByteOf(out.y);
-        rgba[2] = ByteOf(out.z);
-        rgba[3] = 255;
+    std::array<Vector, 256> colors;
+    const auto count = static_cast<std::size_t>(std::max(WrappingMultiply(width, height), 0));
+    for (std::size_t first = 0; first < count; first += colors.size()) {
+        const std::span<Vector> row(colors.data(), std::min(colors.size(), count - first));
+        CColorRows::LinearRGBToXYZ(illuminant, std::span(linear).subspan(first, row.size()), row);
+        for (Vector& xyz : row)
+            xyz = adaptation * xyz;
+        toOutput(row);
+        for (const Vector& color : row) {
+            WritePixel(color, rgba);
+            rgba += 4;
+        }
     }
 }
 
