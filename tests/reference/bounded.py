@@ -2,7 +2,7 @@
 """Real numbers that know how far single-precision arithmetic may stray from them.
 
 A Real is the value that exact arithmetic gives and a bound on the error of the same steps done in floats, each
-rounded once: half a unit in the last place for +, -, *, / and the square root, one unit for powers and the other
+rounded once: half a unit in the last place for +, -, *, /, the square root and powers, one unit for the other
 elementary functions. Bounds of operands are carried through each step. A comparison that the bound leaves
 undecided raises Undecided: such an input is no test of anything and its row is left out.
 """
@@ -99,12 +99,12 @@ def _rounded(value, bound, halves=1):
     return Real(value, bound + halves * ((abs(value) + bound) * HALF_ULP + SMALLEST))
 
 
-def _elementary(function, x):
-    """A function that rises or falls throughout x +- bound, within one unit in the last place."""
+def _elementary(function, x, halves=2):
+    """A function that rises or falls throughout x +- bound, within so many halves of a unit in the last place."""
     value = function(x.value)
     ends = [function(x.value - x.bound), function(x.value + x.bound)] if x.bound > 0 else []
     spread = max([abs(end - value) for end in ends], default=mpf(0))
-    return _rounded(value, spread, halves=2)
+    return _rounded(value, spread, halves)
 
 
 def power(x, exponent):
@@ -114,11 +114,11 @@ def power(x, exponent):
         return Real(0)
     exponent = real(exponent)
     assert exponent.bound == 0
-    return _elementary(lambda v: v**exponent.value, x)
+    return _elementary(lambda v: v**exponent.value, x, halves=1)
 
 
 def cube(x):
-    return _elementary(lambda v: v**3, x)
+    return _elementary(lambda v: v**3, x, halves=1)
 
 
 def square_root(x):
