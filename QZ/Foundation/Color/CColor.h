@@ -31,6 +31,13 @@ namespace QZ::Foundation {
 ///
 /// **Arithmetic** is in single precision throughout. Matrices and white points are rounded constants of the
 /// library, so that a conversion and its inverse agree to about 1e-5 and not to the last bit.
+///
+/// \code
+///     CVector3<float> lab;
+///     CColor::SRGBToLab(false, false, CColor::eD65, {1.0f, 0.0f, 0.0f}, lab);   // (0.532, 0.801, 0.672)
+///     CVector3<float> p3;
+///     CColor::LabToDisplayP3(false, CColor::eD65, lab, p3);   // (0.918, 0.200, 0.139)
+/// \endcode
 class QZ_API CColor {
 public:
     /// The reference white. Zero is D50; every other value counts as D65.
