@@ -98,8 +98,9 @@ public:
     /// How the track is turned and placed when shown. Before StartWriting only.
     virtual void SetTransform(const AffineTransform& transform) = 0;
 
-    /// Whether there is room for a sample: the writer is writing (its session may be yet to start), the queue
-    /// is not full, the input is not finished, and the writer has not failed.
+    /// Whether a sample may be appended now: the writer is writing (its session may be yet to start), the
+    /// queue is not full, and the input is not finished. An input of a writer that has failed is ready too,
+    /// so that who waits to append goes on and learns from the answer.
     [[nodiscard]] virtual bool IsReadyForMoreMediaData() const = 0;
 
     /// Appends a sample; each track's times must increase.
@@ -111,9 +112,8 @@ public:
     virtual void MarkAsFinished() = 0;
 
     /// Asks for samples: whenever the input is ready, `block` runs on `queue`, never twice at a time, and
-    /// again as soon as it has returned and the input is (again) ready; until MarkAsFinished, the writer's
-    /// failure or its release, which let go of the block. The block appends until the input is not ready any
-    /// more.
+    /// again as soon as it has returned and the input is (again) ready; until MarkAsFinished or the release
+    /// of the writer, which let go of the block. The block appends until the input is not ready any more.
     virtual void RequestMediaDataWhenReady(const std::shared_ptr<DispatchQueue>& queue,
                                            std::function<void()> block) = 0;
 
