@@ -27,11 +27,24 @@
 
 // A library built without its media layer installs none of these headers.
 #if __has_include("QZ/Platform/AssetWriter.h")
+#include "QZ/Foundation/Media/CAnimation.h"
+#include "QZ/Foundation/Media/CFile.h"
+#include "QZ/Foundation/Media/FrameRate.h"
+#include "QZ/Foundation/Media/QZFileUtility.h"
+#include "QZ/Foundation/Media/QZImageOrientation.h"
+#include "QZ/Foundation/Media/QZRealTimeVideoRecorder.h"
+#include "QZ/Foundation/Media/QZVideoRecorder.h"
+#include "QZ/Foundation/Media/QZWorkThread.h"
+#include "QZ/Platform/Application.h"
 #include "QZ/Platform/AssetWriter.h"
+#include "QZ/Platform/Clock.h"
 #include "QZ/Platform/DispatchQueue.h"
 #include "QZ/Platform/Geometry.h"
+#include "QZ/Platform/ImageAssets.h"
+#include "QZ/Platform/ImageIO.h"
 #include "QZ/Platform/MainQueue.h"
 #include "QZ/Platform/MediaBuffers.h"
+#include "QZ/Platform/PhotoAlbum.h"
 #include "QZ/Platform/Time.h"
 #endif
 
