@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "tests/proof/PowerReference.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <iterator>
+#include <limits>
+
+#include "tests/Support/Mpfr.h"
+
+namespace QZ::Proof {
+
+using Foundation::DoubleDouble;
+using Foundation::FastTwoSum;
+using Test::Exactly;
+using Test::Mpfr;
+
+namespace {
+
+constexpr double kHard = 0x1p-52;
+
+DoubleDouble ToPair(const Mpfr& x)
+{
+    const double high = mpfr_get_d(x.Get(), MPFR_RNDN);
+    Mpfr rest;
+    mpfr_sub_d(rest.Get(), x.Get(), high, MPFR_RNDN);
+    return {high, mpfr_get_d(rest.Get(), MPFR_RNDN)};
+}
+
+/// e (e - 1) ... (e - j + 1) / j!
+Mpfr Binomial(double e, int j)
+{
+    Mpfr product(1.0);
+    for (int i = 0; i < j; ++i) {
+        Mpfr factor(e);
+        mpfr_sub_ui(factor.Get(), factor.Get(), static_cast<unsigned long>(i), MPFR_RNDN);
+        mpfr_mul(product.Get(), product.Get(), factor.Get(), MPFR_RNDN);
+        mpfr_div_ui(product.Get(), product.Get(), static_cast<unsigned long>(i + 1), MPFR_RNDN);
+    }
+    return product;
+}
+
+}   // namespace
+
+PowerReference::PowerReference(Foundation::Exponent exponent) : m_exponent(Foundation::Value(exponent))
+{
+    const auto e = static_cast<double>(m_exponent);
+    for (int j = 0; j < 4; ++j) {
+        m_binomials[j] = ToPair(Binomial(e, j));
+        m_highBinomials[j] = ToPair(Binomial(e, j + 4)).high;
+    }
+    for (std::size_t i = 0; i < kIntervals; ++i) {
+        const double centre = 1.0 + (static_cast<double>(i) + 0.5) / kIntervals;
+        const double reciprocal = std::floor(0x1p29 / centre + 0.5) * 0x1p-29;
+        m_reciprocals.push_back(reciprocal);
+        m_intervals.push_back(ToPair(Exactly(mpfr_pow, reciprocal, -e)));
+    }
+    for (int k = -126; k <= 127; ++k)
+        m_binaries.push_back(ToPair(Exactly(mpfr_exp2, e * k)));
+}
+
+namespace {
+
+/// RoundToOdd() of a positive pair without a branch.
+inline double OddOf(double high, double low)
+{
+    const auto bits = std::bit_cast<std::int64_t>(high);
+    const std::int64_t step = low < 0.0 ? -1 : 1;
+    const std::int64_t isInexact = low != 0.0 ? 1 : 0;
+    return std::bit_cast<double>(bits + (step & -(isInexact & ~bits)));
+}
+
+/// What the chunk's floats have in common.
+struct Series {
+    DoubleDouble low[4];
+    double high[4];
+    double reciprocal;
+    DoubleDouble scale;
+};
+
+__attribute__((target_clones("avx512f", "avx2", "default"))) void Evaluate(Series s, std::int32_t firstBits,
+                                                                           float* __restrict nearest,
+                                                                           float* __restrict above,
+                                                                           float* __restrict below)
+{
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(kChunkSize); ++i) {
+        const double t = static_cast<double>(std::bit_cast<float>(firstBits + i)) * s.reciprocal - 1.0;
+        const double tail = (((s.high[3] * t + s.high[2]) * t + s.high[1]) * t + s.high[0]) * t;
+        DoubleDouble series = s.low[3] + DoubleDouble{tail, 0.0};
+        series = series * t + s.low[2];
+        series = series * t + s.low[1];
+        series = series * t + s.low[0];
+        const DoubleDouble power = series * s.scale;
+        const double margin = power.high * kHard;
+        const DoubleDouble more = FastTwoSum(power.high, power.low + margin);
+        const DoubleDouble less = FastTwoSum(power.high, power.low - margin);
+        nearest[i] = static_cast<float>(OddOf(power.high, power.low));
+        above[i] = static_cast<float>(OddOf(more.high, more.low));
+        below[i] = static_cast<float>(OddOf(less.high, less.low));
+    }
+}
+
+}   // namespace
+
+void PowerReference::Chunk(std::uint32_t chunk, float* nearest, unsigned char* isHard) const
+{
+    const std::size_t interval = chunk % kIntervals;
+    Series series;
+    std::copy(std::begin(m_binomials), std::end(m_binomials), series.low);
+    std::copy(std::begin(m_highBinomials), std::end(m_highBinomials), series.high);
+    series.reciprocal = m_reciprocals[interval];
+    series.scale = m_intervals[interval] * m_binaries[chunk / kIntervals - 1];
+    float above[kChunkSize];
+    float below[kChunkSize];
+    Evaluate(series, static_cast<std::int32_t>(0x3f800000u + interval * kChunkSize), nearest, above, below);
+    for (std::size_t i = 0; i < kChunkSize; ++i)
+        isHard[i] = above[i] != below[i];
+}
+
+float PowerReference::Nearest(float x, double& distance) const
+{
+    const Mpfr power = Exactly(mpfr_pow, static_cast<double>(x), static_cast<double>(m_exponent));
+    const float nearest = mpfr_get_flt(power.Get(), MPFR_RNDN);
+    distance = std::numeric_limits<double>::infinity();
+    if (!std::isfinite(nearest))
+        return nearest;
+    for (const double direction : {-HUGE_VAL, HUGE_VAL}) {
+        const double next = static_cast<double>(std::nextafter(nearest, static_cast<float>(direction)));
+        Mpfr off;
+        mpfr_sub_d(off.Get(), power.Get(), (static_cast<double>(nearest) + next) / 2.0, MPFR_RNDN);
+        mpfr_div(off.Get(), off.Get(), power.Get(), MPFR_RNDN);
+        distance = std::fmin(distance, std::fabs(mpfr_get_d(off.Get(), MPFR_RNDN)));
+    }
+    return nearest;
+}
+
+}   // namespace QZ::Proof
