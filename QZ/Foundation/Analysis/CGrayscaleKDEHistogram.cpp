@@ -5,6 +5,7 @@
 
 #include "QZ/Foundation/Analysis/Histograms.h"
 #include "QZ/Foundation/Analysis/Int32.h"
+#include "QZ/Foundation/Color/ElementaryDouble.h"
 #include "QZ/Math/CDiscreteGaussianFilter.h"
 
 namespace QZ::Foundation {
@@ -27,7 +28,7 @@ double Bandwidth(const CGrayscaleHistogram& histogram)
         variance += histogram.bins[static_cast<std::size_t>(level)] * (deviation * deviation);
     }
     const double sigma = std::sqrt(variance / n) * 1.06;
-    return sigma * std::pow(n, -0.2);
+    return sigma * Double::Pow(n, -0.2);
 }
 
 }   // namespace

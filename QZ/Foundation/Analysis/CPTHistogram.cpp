@@ -3,14 +3,10 @@
 #include <cstddef>
 
 #include "QZ/Foundation/Analysis/Histograms.h"
-#include "QZ/Foundation/Analysis/HueBins.h"
 #include "QZ/Foundation/Analysis/Int32.h"
-#include "QZ/Foundation/Color/ByteTables.h"
-#include "QZ/Foundation/Color/Formulas/IPT.h"
+#include "QZ/Foundation/Analysis/PixelKernels.h"
 
 namespace QZ::Foundation {
-
-namespace formula = QZ_TARGET;
 
 void CPTHistogram::Compute(int numBins, CColor::EIlluminant illuminant, int numPixels,
                            const unsigned char* rgba)
@@ -21,15 +17,16 @@ void CPTHistogram::Compute(int numBins, CColor::EIlluminant illuminant, int numP
     if (numBins < 1)
         return;
 
-    const HueBins binOf(numBins);
-    const ByteTable& unitOfByte = UnitOfByte();
-    for (std::ptrdiff_t k = 0; k < numPixels; ++k) {
-        const formula::Vec3<float> ipt =
-            formula::LinearRGBToIPT(illuminant, formula::Vec3(ColorOfPixel(unitOfByte, rgba + 4 * k)));
-        const auto bin = static_cast<std::size_t>(binOf(formula::IPTHue(ipt)));
-        counts[bin] = WrappingAdd(counts[bin], 1);
-        sums[bin] += Math::CVector2<double>(ipt.y, ipt.z);
-    }
+    const HueArguments arguments{HueSpace::IPT, illuminant, UnitOfByte(), HueBins(numBins)};
+    PTRow row;
+    ForEachRow(static_cast<std::size_t>(std::max(numPixels, 0)), [&](std::size_t first, std::size_t n) {
+        FindPT(arguments, rgba + 4 * first, n, row);
+        for (std::size_t i = 0; i < n; ++i) {
+            const auto bin = static_cast<std::size_t>(row.bin[i]);
+            counts[bin] = WrappingAdd(counts[bin], 1);
+            sums[bin] += Math::CVector2<double>(row.P[i], row.T[i]);
+        }
+    });
 }
 
 }   // namespace QZ::Foundation

@@ -2,14 +2,12 @@
 #include "QZ/Foundation/Analysis/CWhiteBalance.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
-#include <span>
 
 #include "QZ/Foundation/Analysis/Int32.h"
-#include "QZ/Foundation/Color/ByteTables.h"
-#include "QZ/Foundation/Color/CColorRows.h"
+#include "QZ/Foundation/Analysis/PixelKernels.h"
+#include "QZ/Foundation/Color/Constants.h"
 
 namespace QZ::Foundation {
 
@@ -66,31 +64,13 @@ void AddTile(const Vector* linear, std::ptrdiff_t width, const Rectangle& tile, 
     statistics.Add(maximum, sum);
 }
 
-/// A value times 255 without its fraction; NaN gives 0.
-unsigned char ByteOf(float unit)
-{
-    return static_cast<unsigned char>(TruncateToRange(unit * 255.0f, 0, 255));
-}
-
-void WritePixel(const Vector& rgb, unsigned char* pixel)
-{
-    pixel[0] = ByteOf(rgb.x);
-    pixel[1] = ByteOf(rgb.y);
-    pixel[2] = ByteOf(rgb.z);
-    pixel[3] = 255;
-}
-
 }   // namespace
 
 void CWhiteBalance::UCharToCVector3fBuffer(bool nonlinear, int width, int height, const unsigned char* rgba,
                                            std::vector<Vector>& out)
 {
     out.resize(static_cast<std::size_t>(WrappingMultiply(width, height)));
-    const ByteTable& table = LinearOfByte(nonlinear);
-    for (Vector& pixel : out) {
-        pixel = ColorOfPixel(table, rgba);
-        rgba += 4;
-    }
+    LinearRow(LinearOfByte(nonlinear), rgba, out.size(), out.data());
 }
 
 void CWhiteBalance::GrayWorld(CColor::EIlluminant illuminant, bool /*nonlinear*/, bool displayP3, int width,
@@ -173,29 +153,13 @@ void CWhiteBalance::Balance(CColor::EIlluminant illuminant, bool nonlinear, bool
                             unsigned char* rgba)
 {
     const Matrix adaptation = CColor::ChromaticAdaptationMatrix(white, CColor::XYZReference(illuminant));
-    const auto toOutput = [=](std::span<Vector> row) {
-        if (displayP3 && nonlinear)
-            CColorRows::XYZToDisplayP3(false, illuminant, row, row);
-        else if (displayP3)
-            CColorRows::XYZToLinearDisplayP3(illuminant, row, row);
-        else if (nonlinear)
-            CColorRows::XYZToSRGB(false, false, illuminant, row, row);
-        else
-            CColorRows::XYZToLinearRGB(false, illuminant, row, row);
-    };
-    std::array<Vector, 256> colors;
-    const auto count = static_cast<std::size_t>(std::max(WrappingMultiply(width, height), 0));
-    for (std::size_t first = 0; first < count; first += colors.size()) {
-        const std::span<Vector> row(colors.data(), std::min(colors.size(), count - first));
-        CColorRows::LinearRGBToXYZ(illuminant, std::span(linear).subspan(first, row.size()), row);
-        for (Vector& xyz : row)
-            xyz = adaptation * xyz;
-        toOutput(row);
-        for (const Vector& color : row) {
-            WritePixel(color, rgba);
-            rgba += 4;
-        }
-    }
+    const BalanceArguments arguments{
+        Constants::LinearRGBToXYZ(illuminant), adaptation,
+        displayP3 ? Constants::XYZToLinearDisplayP3(illuminant) : Constants::XYZToLinearRGB(illuminant),
+        nonlinear ? TruncatedSRGBByte() : TruncatedUnitByte(), !displayP3};
+    const int count = WrappingMultiply(width, height);
+    if (count > 0)
+        BalanceRow(arguments, linear.data(), static_cast<std::size_t>(count), rgba);
 }
 
 }   // namespace QZ::Foundation

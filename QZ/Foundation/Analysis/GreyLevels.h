@@ -2,7 +2,7 @@
 #pragma once
 
 #include "QZ/Foundation/Analysis/Histograms.h"
-#include "QZ/Foundation/Color/ByteTables.h"
+#include "QZ/Foundation/Analysis/PixelKernels.h"
 
 namespace QZ::Foundation {
 
@@ -12,13 +12,11 @@ public:
     /// \param from  eLXX or eNonlinearY.
     GreyLevels(CGrayscaleWeightedHistogram::EGrayscaleFrom from, bool isSRGB, CColor::EIlluminant illuminant);
 
-    /// The levels of a row of `count` pixels.
+    /// The levels of `count` pixels.
     void operator()(const unsigned char* rgba, int count, unsigned char* levels) const;
 
 private:
-    CGrayscaleWeightedHistogram::EGrayscaleFrom m_from;
-    CColor::EIlluminant m_illuminant;
-    const ByteTable& m_linear;
+    GreyArguments m_arguments;
 };
 
 }   // namespace QZ::Foundation

@@ -26,6 +26,9 @@ public:
                                m_last);
     }
 
+    [[nodiscard]] float Scale() const { return m_scale; }
+    [[nodiscard]] int Last() const { return m_last; }
+
 private:
     float m_scale;
     int m_last;

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <limits>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "QZ/Foundation/Color/RowKernels.cpp"
@@ -57,12 +58,24 @@ HWY_FLATTEN void FromPixels(const RowSettings& settings, const unsigned char* rg
     });
 }
 
+/// Unclamped linear light for a curve of bytes: a pure power takes -infinity to +infinity, not to NaN.
+template <class F>
+HWY_INLINE Vec3<F> PowerBase(bool isPurePower, const Vec3<F>& v)
+{
+    constexpr float kInfinity = std::numeric_limits<float>::infinity();
+    if (!isPurePower)
+        return v;
+    return Map(v, [](F c) { return Select(c == -kInfinity, F(kInfinity), c); });
+}
+
+/// The formula ends with linear light. Its clamps are left to the curve, which has them all.
 template <auto formula>
 HWY_FLATTEN void ToPixels(const RowSettings& settings, const Math::CVector3<float>* in, std::size_t count,
                           unsigned char* rgba)
 {
+    const ByteCurve& encode = EncodedByte(settings.useGamma22);
     ForEachVector(&in->x, 3, count, rgba, 4, [&](const float* from, unsigned char* to) {
-        StorePixels(formula(settings, LoadColors(from)), to);
+        StorePixels(encode, formula(settings, LoadColors(from)), to);
     });
 }
 
@@ -292,53 +305,51 @@ const RowKernels kRows =
             {
                 .LinearToNonlinearToneCurve =
                     ToPixels<[](const RowSettings& s, const auto& v) {
-                        return LinearToNonlinear(s.useGamma22, s.extendedRange, v);
+                        return PowerBase(s.useGamma22 && !s.extendedRange, v);
                     }>,
-                .XYZToSRGB =
-                    ToPixels<[](const RowSettings& s, const auto& v) {
-                        return XYZToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v);
-                    }>,
-                .LabToSRGB =
-                    ToPixels<[](const RowSettings& s, const auto& v) {
-                        return LabToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v);
-                    }>,
+                .XYZToSRGB = ToPixels<[](const RowSettings& s,
+                                         const auto& v) { return XYZToLinearRGB(true, s.illuminant, v); }>,
+                .LabToSRGB = ToPixels<[](const RowSettings& s,
+                                         const auto& v) { return LabToLinearRGB(true, s.illuminant, v); }>,
                 .LabToExtendedRangeSRGB =
-                    ToPixels<
-                        [](const RowSettings& s, const auto& v) {
-                            return LabToExtendedRangeSRGB(s.useGamma22, s.illuminant, v);
-                        }>,
-                .LuvToSRGB =
-                    ToPixels<
-                        [](const RowSettings& s, const auto& v) {
-                            return LuvToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v);
-                        }>,
-                .IPTToSRGB =
-                    ToPixels<
-                        [](const RowSettings& s, const auto& v) {
-                            return IPTToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v);
-                        }>,
+                    ToPixels<[](const RowSettings& s, const auto& v) {
+                        return XYZToLinearRGB(true, CColor::eD50, LabToXYZ(s.illuminant, v));
+                    }>,
+                .LuvToSRGB = ToPixels<[](const RowSettings& s,
+                                         const auto& v) { return LuvToLinearRGB(true, s.illuminant, v); }>,
+                .IPTToSRGB = ToPixels<[](const RowSettings& s,
+                                         const auto& v) { return IPTToLinearRGB(true, s.illuminant, v); }>,
                 .XYZToDisplayP3 =
-                    ToPixels<[](const RowSettings& s,
-                                const auto& v) { return XYZToDisplayP3(s.useGamma22, s.illuminant, v); }>,
+                    ToPixels<[](const RowSettings& s, const auto& v) {
+                        return PowerBase(s.useGamma22, XYZToLinearDisplayP3(s.illuminant, v));
+                    }>,
                 .LinearDisplayP3ToDisplayP3 =
-                    ToPixels<[](const RowSettings& s,
-                                const auto& v) { return LinearDisplayP3ToDisplayP3(s.useGamma22, v); }>,
+                    ToPixels<[](const RowSettings& s, const auto& v) { return PowerBase(s.useGamma22, v); }>,
                 .DisplayP3ToSRGB =
                     ToPixels<
                         [](const RowSettings& s, const auto& v) {
-                            return DisplayP3ToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v);
+                            return XYZToLinearRGB(true, s.illuminant,
+                                                  DisplayP3ToXYZ(s.useGamma22, s.illuminant, v));
                         }>,
                 .SRGBToDisplayP3 =
                     ToPixels<
                         [](const RowSettings& s, const auto& v) {
-                            return SRGBToDisplayP3(s.useGamma22, s.extendedRange, s.illuminant, v);
+                            return PowerBase(
+                                s.useGamma22,
+                                XYZToLinearDisplayP3(
+                                    s.illuminant, SRGBToXYZ(s.useGamma22, s.extendedRange, s.illuminant, v)));
                         }>,
                 .LabToDisplayP3 =
-                    ToPixels<[](const RowSettings& s,
-                                const auto& v) { return LabToDisplayP3(s.useGamma22, s.illuminant, v); }>,
+                    ToPixels<
+                        [](const RowSettings& s, const auto& v) {
+                            return PowerBase(s.useGamma22,
+                                             XYZToLinearDisplayP3(s.illuminant, LabToXYZ(s.illuminant, v)));
+                        }>,
                 .IPTToDisplayP3 =
-                    ToPixels<[](const RowSettings& s,
-                                const auto& v) { return IPTToDisplayP3(s.useGamma22, s.illuminant, v); }>,
+                    ToPixels<
+                        [](const RowSettings& s, const auto& v) {
+                            return PowerBase(s.useGamma22, IPTToLinearDisplayP3(s.illuminant, v));
+                        }>,
             },
 };
 

@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: MIT
+#include "QZ/Foundation/Analysis/PixelKernels.h"
+
+#include <algorithm>
+#include <cstring>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "QZ/Foundation/Analysis/PixelKernels.cpp"
+#include <hwy/foreach_target.h>
+
+#include "QZ/Foundation/Color/Formulas/IPT.h"
+#include "QZ/Foundation/Color/Formulas/Lab.h"
+#include "QZ/Foundation/Color/Formulas/Luv.h"
+#include "QZ/Foundation/Color/Pixels.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace QZ::Foundation::QZ_TARGET {
+
+using LaneInts = hn::Vec<hn::RebindToSigned<Lane::Tag>>;
+
+/// body(i) for the first pixel i of each vector; n pixels end within the last one.
+template <class Body>
+HWY_INLINE void ForEachVector(std::size_t n, const Body& body)
+{
+    for (std::size_t i = 0; i < n; i += Lane::Size())
+        body(i);
+}
+
+/// A row of pixels that may be read in whole vectors: the caller's memory, or a copy where that ends before.
+class WholeRow {
+public:
+    HWY_INLINE WholeRow(const unsigned char* rgba, std::size_t n)
+        : m_pixels(n % Lane::Size() == 0 ? rgba : m_copy.data())
+    {
+        if (m_pixels == rgba)
+            return;
+        const std::size_t whole = n / Lane::Size() * Lane::Size() + Lane::Size();
+        std::memcpy(m_copy.data(), rgba, 4 * n);
+        std::memset(m_copy.data() + 4 * n, 0, 4 * (whole - n));
+    }
+    HWY_INLINE const unsigned char* At(std::size_t i) const { return m_pixels + 4 * i; }
+
+private:
+    const unsigned char* m_pixels;
+    std::array<unsigned char, 4 * kRowOfPixels> m_copy;
+};
+
+HWY_INLINE void Store(Lane x, float* out)
+{
+    hn::StoreU(x.vector, Lane::Tag(), out);
+}
+
+/// HueBins on lanes.
+HWY_INLINE LaneInts BinsOf(const HueBins& binOf, Lane angle)
+{
+    const hn::RebindToSigned<Lane::Tag> s;
+    const Lane position = (angle + static_cast<float>(Math::CConstants::PI)) * binOf.Scale() + 0.5f;
+    const Lane inRange = Clamp(position, 0.0f, static_cast<float>(binOf.Last()));
+    return hn::Min(hn::ConvertTo(s, inRange.vector), hn::Set(s, binOf.Last()));
+}
+
+/// 1 / (1 + e^(10 x)): falls from 1 to 0 about x = 0.
+template <class F>
+HWY_INLINE F LogisticFall(F x)
+{
+    return 1.0f / (Exp(x * 10.0f) + 1.0f);
+}
+
+/// 0 for saturation 0, a half at 0.5, 1 for 1.
+template <class F>
+HWY_INLINE F SaturationWeight(F saturation)
+{
+    return (LogisticFall(0.5f - saturation) - 0.006692851f) * 1.0135672f;
+}
+
+/// 1 for lightness 0.5, a half about 0.25 and 0.75, 0 for 0 and 1.
+template <class F>
+HWY_INLINE F LightnessWeight(F lightness)
+{
+    const F distance = Select(lightness <= 0.5f, 0.25f - lightness, lightness - 0.75f);
+    return (LogisticFall(distance) - 0.075858176f) * 1.178851f;
+}
+
+/// (lightness, second, third) of linear RGB.
+template <HueSpace space, class F>
+HWY_INLINE Vec3<F> ToSpace(CColor::EIlluminant illuminant, const Vec3<F>& rgb)
+{
+    if constexpr (space == HueSpace::Lab)
+        return LinearRGBToLab(illuminant, rgb);
+    else if constexpr (space == HueSpace::Luv)
+        return LinearRGBToLuv(illuminant, rgb);
+    else
+        return LinearRGBToIPT(illuminant, rgb);
+}
+
+/// From the second axis towards the third, but from T towards P.
+template <HueSpace space, class F>
+HWY_INLINE F HueOf(const Vec3<F>& color)
+{
+    if constexpr (space == HueSpace::IPT)
+        return IPTHue(color);
+    else
+        return Atan2(color.z, color.y);
+}
+
+template <HueSpace space>
+HWY_FLATTEN void WeighHuesIn(const HueArguments& arguments, const unsigned char* rgba, std::size_t n,
+                             HueRow& row)
+{
+    const hn::RebindToSigned<Lane::Tag> s;
+    const WholeRow pixels(rgba, n);
+    ForEachVector(n, [&](std::size_t i) HWY_ATTR {
+        const Vec3<Lane> rgb = LoadPixels(arguments.linear.data(), pixels.At(i));
+        const Vec3<Lane> color = ToSpace<space>(arguments.illuminant, rgb);
+        const Lane saturation = Saturation(color.x, Hypotenuse(color.y, color.z));
+        const Lane weight = SaturationWeight(saturation) * LightnessWeight(color.x);
+        hn::StoreU(BinsOf(arguments.binOf, HueOf<space>(color)), s, row.bin.data() + i);
+        Store(weight, row.weight.data() + i);
+        Store(weight * color.y, row.second.data() + i);
+        Store(weight * color.z, row.third.data() + i);
+        Store(weight * LinearRGBToLinearY(false, arguments.illuminant, rgb), row.grey.data() + i);
+    });
+}
+
+void WeighHuesRow(const HueArguments& arguments, const unsigned char* rgba, std::size_t n, HueRow& row)
+{
+    switch (arguments.space) {
+        case HueSpace::Lab:
+            return WeighHuesIn<HueSpace::Lab>(arguments, rgba, n, row);
+        case HueSpace::Luv:
+            return WeighHuesIn<HueSpace::Luv>(arguments, rgba, n, row);
+        case HueSpace::IPT:
+            return WeighHuesIn<HueSpace::IPT>(arguments, rgba, n, row);
+    }
+}
+
+HWY_FLATTEN void FindPTRow(const HueArguments& arguments, const unsigned char* rgba, std::size_t n,
+                           PTRow& row)
+{
+    const hn::RebindToSigned<Lane::Tag> s;
+    const WholeRow pixels(rgba, n);
+    ForEachVector(n, [&](std::size_t i) HWY_ATTR {
+        const Vec3<Lane> ipt =
+            LinearRGBToIPT(arguments.illuminant, LoadPixels(arguments.linear.data(), pixels.At(i)));
+        hn::StoreU(BinsOf(arguments.binOf, IPTHue(ipt)), s, row.bin.data() + i);
+        Store(ipt.y, row.P.data() + i);
+        Store(ipt.z, row.T.data() + i);
+    });
+}
+
+HWY_FLATTEN void GreyLevelRow(const GreyArguments& arguments, const unsigned char* rgba, std::size_t n,
+                              unsigned char* levels)
+{
+    const hn::RebindToSigned<Lane::Tag> s;
+    const hn::Rebind<unsigned char, Lane::Tag> bytes;
+    const WholeRow pixels(rgba, n);
+    std::array<unsigned char, kRowOfPixels> row;
+    ForEachVector(n, [&](std::size_t i) HWY_ATTR {
+        const Lane grey = Dot(LoadPixels(arguments.linear.data(), pixels.At(i)), arguments.weights);
+        hn::StoreU(hn::DemoteTo(bytes, hn::BitCast(s, BytesOf(arguments.levelOf, grey))), bytes,
+                   row.data() + i);
+    });
+    std::memcpy(levels, row.data(), n);
+}
+
+HWY_FLATTEN void LinearColors(const ByteTable& linear, const unsigned char* rgba, std::size_t n,
+                              Math::CVector3<float>* out)
+{
+    const std::size_t whole = n / Lane::Size() * Lane::Size();
+    for (std::size_t i = 0; i < whole; i += Lane::Size())
+        StoreColors(LoadPixels(linear.data(), rgba + 4 * i), &out[i].x);
+    for (std::size_t i = whole; i < n; ++i)
+        out[i] = ColorOfPixel(linear, rgba + 4 * i);
+}
+
+HWY_FLATTEN void RecolorPixels(const RecolorArguments& arguments, unsigned char* rgba, std::size_t n)
+{
+    const hn::RebindToUnsigned<Lane::Tag> u;
+    const hn::RebindToSigned<Lane::Tag> s;
+    const auto* colours = reinterpret_cast<const float*>(arguments.binColours);
+    const auto toFloat = [&](LaneBits byte)
+                             HWY_ATTR -> Lane { return hn::ConvertTo(Lane::Tag(), hn::BitCast(s, byte)); };
+    const WholeRow pixels(rgba, n);
+    std::array<unsigned char, 4 * kRowOfPixels> out;
+    ForEachVector(n, [&](std::size_t i) HWY_ATTR {
+        const Vec3<Lane> ipt =
+            LinearRGBToIPT(arguments.illuminant, LoadPixels(arguments.linear.data(), pixels.At(i)));
+        const LaneInts twice = hn::ShiftLeft<1>(BinsOf(arguments.binOf, IPTHue(ipt)));
+        const Lane P = hn::GatherIndex(Lane::Tag(), colours, twice);
+        const Lane T = hn::GatherIndex(Lane::Tag(), colours + 1, twice);
+        const Lane magnitude = Hypotenuse(ipt.y, ipt.z);
+        const Vec3<Lane> rgb =
+            IPTToLinearRGB(false, arguments.illuminant, Vec3<Lane>(ipt.x, P * magnitude, T * magnitude));
+
+        const LaneBits red = BytesOf(arguments.encode, rgb.x);
+        const LaneBits green = BytesOf(arguments.encode, rgb.y);
+        const LaneBits blue = BytesOf(arguments.encode, rgb.z);
+        const Lane luma = 0.114f * toFloat(blue) + 0.587f * toFloat(green) + 0.299f * toFloat(red);
+        const LaneBits alpha = hn::BitCast(u, hn::ConvertTo(s, (luma + 0.5f).vector));
+        StoreBytes(red, green, blue, alpha, out.data() + 4 * i);
+    });
+    std::memcpy(rgba, out.data(), 4 * n);
+}
+
+HWY_FLATTEN void BalancePixels(const BalanceArguments& arguments, const Math::CVector3<float>* linear,
+                               std::size_t n, unsigned char* rgba)
+{
+    const std::size_t whole = n / Lane::Size() * Lane::Size();
+    const auto balance = [&](const float* from, unsigned char* to) HWY_ATTR {
+        const Vec3<Lane> xyz = arguments.toXYZ * LoadColors(from);
+        const Vec3<Lane> rgb = arguments.toRGB * (arguments.adaptation * xyz);
+        StorePixels(arguments.encode, arguments.isClamped ? ClampToUnit(rgb) : rgb, to);
+    };
+    for (std::size_t i = 0; i < whole; i += Lane::Size())
+        balance(&linear[i].x, rgba + 4 * i);
+    if (whole == n)
+        return;
+    constexpr std::size_t kMostLanes = HWY_MAX_BYTES / sizeof(float);
+    std::array<Math::CVector3<float>, kMostLanes> rest;
+    std::array<unsigned char, 4 * kMostLanes> bytes;
+    std::copy(linear + whole, linear + n, rest.begin());
+    balance(&rest[0].x, bytes.data());
+    std::memcpy(rgba + 4 * whole, bytes.data(), 4 * (n - whole));
+}
+
+}   // namespace QZ::Foundation::QZ_TARGET
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace QZ::Foundation {
+
+HWY_EXPORT(LinearColors);
+HWY_EXPORT(GreyLevelRow);
+HWY_EXPORT(WeighHuesRow);
+HWY_EXPORT(FindPTRow);
+HWY_EXPORT(RecolorPixels);
+HWY_EXPORT(BalancePixels);
+
+void LinearRow(const ByteTable& linear, const unsigned char* rgba, std::size_t n, Math::CVector3<float>* out)
+{
+    HWY_DYNAMIC_DISPATCH(LinearColors)(linear, rgba, n, out);
+}
+
+void GreyRow(const GreyArguments& arguments, const unsigned char* rgba, std::size_t n, unsigned char* levels)
+{
+    HWY_DYNAMIC_DISPATCH(GreyLevelRow)(arguments, rgba, n, levels);
+}
+
+void WeighHues(const HueArguments& arguments, const unsigned char* rgba, std::size_t n, HueRow& row)
+{
+    HWY_DYNAMIC_DISPATCH(WeighHuesRow)(arguments, rgba, n, row);
+}
+
+void FindPT(const HueArguments& arguments, const unsigned char* rgba, std::size_t n, PTRow& row)
+{
+    HWY_DYNAMIC_DISPATCH(FindPTRow)(arguments, rgba, n, row);
+}
+
+void RecolorRow(const RecolorArguments& arguments, unsigned char* rgba, std::size_t n)
+{
+    HWY_DYNAMIC_DISPATCH(RecolorPixels)(arguments, rgba, n);
+}
+
+void BalanceRow(const BalanceArguments& arguments, const Math::CVector3<float>* linear, std::size_t n,
+                unsigned char* rgba)
+{
+    HWY_DYNAMIC_DISPATCH(BalancePixels)(arguments, linear, n, rgba);
+}
+
+}   // namespace QZ::Foundation
+#endif

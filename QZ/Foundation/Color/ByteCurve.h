@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace QZ::Foundation {
+
+/// A nondecreasing function from 0 up to 2 to a byte, by its thresholds: the byte of a curve without its
+/// power.
+///
+/// The floats fall into cells by their exponent and seven bits of their mantissa, which are narrow enough for
+/// one threshold each. A cell holds the byte at its start in the upper half; in the lower half, what brings
+/// the lower half of a float's bits to an overflow from the threshold on.
+class ByteCurve {
+public:
+    /// What greater arguments count as: the last float before 2.
+    static constexpr float kMost = 0x1.fffffep+0f;
+
+    /// \param byteOf  0 of 0 and 255 before 2 is reached; its steps lie no closer than a 1/128 of their place.
+    template <class Function>
+    explicit ByteCurve(Function&& byteOf)
+    {
+        std::uint32_t thresholds[256] = {};
+        for (unsigned byte = 1; byte < 256; ++byte)
+            thresholds[byte] = FirstNotBelow(byteOf, byte);
+        m_first = (thresholds[1] >> 16) - 1;
+        unsigned byte = 0;
+        for (std::uint32_t cell = m_first; cell < kTwo >> 16; ++cell) {
+            const std::uint32_t start = cell << 16;
+            while (byte < 255 && thresholds[byte + 1] <= start)
+                ++byte;
+            const bool hasThreshold = byte < 255 && thresholds[byte + 1] < start + 0x10000u;
+            const std::uint32_t offset = hasThreshold ? thresholds[byte + 1] - start : 0x10000u;
+            m_cells.push_back((byte << 16) + (0x10000u - offset));
+        }
+    }
+
+    /// The byte of x brought between 0 and 2; NaN counts as 0.
+    unsigned char operator()(float x) const
+    {
+        const float inRange = x > Lowest() ? (x < kMost ? x : kMost) : Lowest();
+        const auto bits = std::bit_cast<std::uint32_t>(inRange);
+        return static_cast<unsigned char>((m_cells[(bits >> 16) - m_first] + (bits & 0xffffu)) >> 16);
+    }
+
+    /// The start of the first cell, whose byte is 0.
+    [[nodiscard]] float Lowest() const { return std::bit_cast<float>(m_first << 16); }
+    /// The upper half of the bits of Lowest().
+    [[nodiscard]] std::uint32_t FirstCell() const { return m_first; }
+    [[nodiscard]] const std::uint32_t* Cells() const { return m_cells.data(); }
+
+private:
+    static constexpr std::uint32_t kTwo = 0x40000000;   // the bits of 2
+
+    /// The bits of the least float whose byte is not below a given one.
+    template <class Function>
+    static std::uint32_t FirstNotBelow(Function&& byteOf, unsigned byte)
+    {
+        std::uint32_t below = 0;
+        std::uint32_t notBelow = kTwo;
+        while (notBelow - below > 1) {
+            const std::uint32_t middle = below + (notBelow - below) / 2;
+            (byteOf(std::bit_cast<float>(middle)) < byte ? below : notBelow) = middle;
+        }
+        return notBelow;
+    }
+
+    std::uint32_t m_first = 0;
+    std::vector<std::uint32_t> m_cells;
+};
+
+/// \name Curves of the library, built once
+/// \{
+
+/// Linear light encoded as LinearToNonlinearToneCurve() does it, times 255 and rounded, halves up.
+const ByteCurve& EncodedByte(bool useGamma22);
+/// The same by the sRGB curve, but truncated.
+const ByteCurve& TruncatedSRGBByte();
+/// CIE lightness of a luminance, times 255 and rounded, halves up.
+const ByteCurve& LightnessByte();
+/// Times 255 and rounded, halves up.
+const ByteCurve& UnitByte();
+/// Times 255 and truncated.
+const ByteCurve& TruncatedUnitByte();
+/// \}
+
+}   // namespace QZ::Foundation
