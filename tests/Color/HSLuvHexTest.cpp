@@ -75,9 +75,9 @@ TEST(RGBToHex, WritesTwoUpperCaseDigitsAChannel)
 
 TEST(RGBToHex, RefusesAChannelOutsideTheRange)
 {
-    EXPECT_THROW(rgbToHex(1.1, 0, 0), std::out_of_range);
-    EXPECT_THROW(rgbToHex(0, -0.1, 0), std::out_of_range);
-    EXPECT_THROW(rgbToHex(0, 0, 2), std::out_of_range);
+    EXPECT_THROW(static_cast<void>(rgbToHex(1.1, 0, 0)), std::out_of_range);
+    EXPECT_THROW(static_cast<void>(rgbToHex(0, -0.1, 0)), std::out_of_range);
+    EXPECT_THROW(static_cast<void>(rgbToHex(0, 0, 2)), std::out_of_range);
 }
 
 TEST(HexToRGB, ReadsThreePairs)

@@ -254,12 +254,13 @@ TEST(HSLuvGamut, HasTheSidesOfTheCube)
     for (const double L : {3.0, 8.0, 42.0, 97.0}) {
         const std::unique_ptr<GamutLine[], decltype(&std::free)> lines(getBounds(L), &std::free);
         ASSERT_NE(lines, nullptr);
-        for (int side = 0; side < 6; ++side) {
+        for (std::size_t side = 0; side < 6; ++side) {
             for (const double u : {-50.0, 0.0, 30.0}) {
                 const Tuple rgb = xyzToRgb(luvToXyz({L, u, lines[side].slope * u + lines[side].intercept}));
                 const double channels[] = {rgb.a, rgb.b, rgb.c};
                 // Encoded near 0 an error of 1e-14 of linear light is 1e-13; far out of gamut more.
-                EXPECT_NEAR(channels[side / 2], side % 2, 1e-11) << L << ' ' << side << ' ' << u;
+                EXPECT_NEAR(channels[side / 2], static_cast<double>(side % 2), 1e-11)
+                    << L << ' ' << side << ' ' << u;
             }
         }
     }

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <array>
-#include <cstdint>
+#include <cstddef>
 #include <span>
 
+#include "QZ/Foundation/Analysis/GreyLevels.h"
 #include "QZ/Foundation/Analysis/HueAndGrayscaleQuantization.h"
 #include "QZ/Foundation/Analysis/Int32.h"
 #include "QZ/Foundation/Color/ByteTables.h"
@@ -16,28 +17,49 @@ using ToneTable = std::array<unsigned char, 256>;
 
 namespace {
 
-std::size_t PixelCount(int width, int height)
-{
-    return static_cast<std::size_t>(std::max(WrappingMultiply(width, height), 0));
-}
+constexpr std::size_t kRow = 256;   // pixels at a time
 
-/// f(lch) for each pixel in turn, lch being its lightness, chroma and hue in Luv.
+/// f(first, row) for each row of pixels, row holding their lightness, chroma and hue in Luv.
 template <class Function>
-void ForEachPixel(bool isSRGB, CColor::EIlluminant illuminant, std::size_t count, const unsigned char* rgba,
-                  Function&& f)
+void ForEachRow(bool isSRGB, CColor::EIlluminant illuminant, int width, int height, const unsigned char* rgba,
+                Function&& f)
 {
+    const auto count = static_cast<std::size_t>(std::max(WrappingMultiply(width, height), 0));
     const ByteTable& linear = LinearOfByte(isSRGB);
-    std::array<Color, 256> colors;
-    for (std::size_t first = 0; first < count; first += colors.size()) {
-        const std::span<Color> row(colors.data(), std::min(colors.size(), count - first));
+    std::array<Color, kRow> colors;
+    for (std::size_t first = 0; first < count; first += kRow) {
+        const std::span<Color> row(colors.data(), std::min(kRow, count - first));
         for (std::size_t i = 0; i < row.size(); ++i)
             row[i] = ColorOfPixel(linear, rgba + 4 * (first + i));
         CColorRows::LinearRGBToLuv(illuminant, row, row);
         CColorRows::LuvToLChuv(row, row);
-        for (const Color& lch : row)
-            f(lch);
+        f(first, row);
     }
 }
+
+/// The grey levels of a row of pixels, as CGrayscaleWeightedHistogram finds them in sRGB.
+/// \return  false for a source that is none of the three, which counts nothing.
+bool GreysOf(CGrayscaleWeightedHistogram::EGrayscaleFrom from, CColor::EIlluminant illuminant,
+             const unsigned char* rgba, std::size_t count, std::array<unsigned char, kRow>& levels)
+{
+    switch (from) {
+        case CGrayscaleWeightedHistogram::eFourthChannel:
+            for (std::size_t i = 0; i < count; ++i)
+                levels[i] = rgba[4 * i + 3];
+            return true;
+        case CGrayscaleWeightedHistogram::eLXX:
+        case CGrayscaleWeightedHistogram::eNonlinearY:
+            GreyLevels(from, true, illuminant)(rgba, static_cast<int>(count), levels.data());
+            return true;
+    }
+    return false;
+}
+
+/// One group of pixels.
+struct Group {
+    bool isUsed = false;
+    CGrayscaleWeightedHistogram histogram{std::vector<int>(256)};
+};
 
 }   // namespace
 
@@ -64,31 +86,30 @@ void CHueAndGrayscaleQuantizationTest::Compute(float black, float white, float g
     hueQuantizer.Compute(256, numHueClusters, minAngleDegrees, CHueWeightedHistogram::eLuv, isSRGB,
                          illuminant, decltype(hueQuantizer)::eMeanPair, width, height, rgba);
 
-    const std::size_t count = PixelCount(width, height);
-    const std::size_t numGroups = hueQuantizer.clusterColours.size() + 1;
-    std::vector<std::uint16_t> groups;   // of each pixel; at most 256 hues and the one of low saturation
-    groups.reserve(count);
-    std::vector<bool> isUsed(numGroups, false);
-    ForEachPixel(isSRGB, illuminant, count, rgba, [&](const Color& lch) {
-        const std::size_t group = GroupOf(lch);
-        groups.push_back(static_cast<std::uint16_t>(group));
-        isUsed[group] = true;
+    // Every group is a mask of ones over the picture; one pass finds the histograms under all of them.
+    std::vector<Group> groups(hueQuantizer.clusterColours.size() + 1);
+    std::array<unsigned char, kRow> levels{};
+    ForEachRow(isSRGB, illuminant, width, height, rgba, [&](std::size_t first, std::span<const Color> row) {
+        const bool hasLevels = GreysOf(from, illuminant, rgba + 4 * first, row.size(), levels);
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            Group& group = groups[GroupOf(row[i])];
+            group.isUsed = true;
+            if (hasLevels) {
+                group.histogram.bins[levels[i]] += 1.0;
+                group.histogram.total += 1.0;
+            }
+        }
     });
 
-    greyQuantizers.assign(numGroups, {});
+    greyQuantizers.assign(groups.size(), {});
     greyPresent.assign(256, -1);
-    std::vector<unsigned char> mask(count);
-    for (std::size_t group = 0; group < numGroups; ++group) {
-        if (!isUsed[group])
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        if (!groups[i].isUsed)
             continue;
-        std::transform(groups.begin(), groups.end(), mask.begin(), [=](std::uint16_t of) {
-            return of == group ? static_cast<unsigned char>(255) : static_cast<unsigned char>(0);
-        });
         // The amount of 1 leaves the highlights alone.
-        greyQuantizers[group].Compute(black, white, gamma, toe, shoulder, 1.0f, 0.85f, numGreyClusters,
-                                      minMeanGap, from, true, illuminant, width, height, rgba, 1, 0,
-                                      mask.data());
-        for (const unsigned char level : greyQuantizers[group].levels)
+        greyQuantizers[i].Compute(black, white, gamma, toe, shoulder, 1.0f, 0.85f, numGreyClusters,
+                                  minMeanGap, groups[i].histogram);
+        for (const unsigned char level : greyQuantizers[i].levels)
             greyPresent[level] = level;
     }
 
@@ -108,10 +129,12 @@ void CHueAndGrayscaleQuantizationTest::Quantize(bool isSRGB, CColor::EIlluminant
         std::transform(table.begin(), table.end(), tones[group].begin(),
                        [&](unsigned char level) { return static_cast<unsigned char>(greyPresent[level]); });
     }
-    ForEachPixel(isSRGB, illuminant, PixelCount(width, height), rgba, [&](const Color& lch) {
-        const int level = TruncateToRange(lch.x * 255.0f + 0.5f, 0, 255);
-        *out++ = tones[GroupOf(lch)][static_cast<std::size_t>(level)];
-        *out++ = 0;
+    ForEachRow(isSRGB, illuminant, width, height, rgba, [&](std::size_t, std::span<const Color> row) {
+        for (const Color& lch : row) {
+            const int level = TruncateToRange(lch.x * 255.0f + 0.5f, 0, 255);
+            *out++ = tones[GroupOf(lch)][static_cast<std::size_t>(level)];
+            *out++ = 0;
+        }
     });
 }
 

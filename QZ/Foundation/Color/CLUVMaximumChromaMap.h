@@ -14,7 +14,7 @@ namespace QZ::Foundation {
 /// are those of HSLuv (HSLuv.h). Every function may be called from any thread.
 /// \code
 ///     const QZ::Math::CVector3<float> red(0.53f, 1.75f, 0.38f);
-///     const float chroma = CLUVMaximumChromaMap::MaxChromaForLH(red);   // about 1.79
+///     const float chroma = CLUVMaximumChromaMap::MaxChromaForLH(red);   // about 1.78
 /// \endcode
 class QZ_API CLUVMaximumChromaMap {
 public:

@@ -92,7 +92,7 @@ QZ_API extern const double epsilon;
 /// \name Whole conversions
 /// \code
 ///     double h, s, l;
-///     rgbToHusl(1.0, 0.5, 0.0, &h, &s, &l);   // 32.1, 100, 67.1
+///     rgbToHusl(1.0, 0.5, 0.0, &h, &s, &l);   // 29.9, 100, 67.0
 /// \endcode
 /// \{
 QZ_API void huslToRgb(double h, double s, double l, double* r, double* g, double* b);
