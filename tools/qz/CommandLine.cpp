@@ -10,7 +10,6 @@
 #include <sstream>
 #include <utility>
 
-#include "QZ/Foundation/QZFoundation.h"
 #include "tools/qz/commands/Commands.h"
 
 namespace QZ::Tool {
@@ -41,13 +40,6 @@ std::string Examples(std::initializer_list<CommandLine::Example> examples)
     return text;
 }
 
-std::string Version()
-{
-    std::ostringstream text;
-    text << "qz " << QZFoundationVersionNumber << ".0";
-    return text.str();
-}
-
 void Complain(std::string_view message)
 {
     const std::string line = "qz: " + OneLine(message) + "\n";
@@ -69,7 +61,7 @@ CommandLine::CommandLine()
     m_app.formatter(std::make_shared<ExamplesFirst>());
     m_app.require_subcommand(1);
     m_app.set_help_flag("-h,--help", "Print this help and exit");
-    m_app.set_version_flag("--version", Version(), "Print the version and exit");
+    m_app.set_version_flag("--version", "qz " QZ_VERSION, "Print the version and exit");
     m_app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     m_app.get_formatter()->label("Subcommands", "Commands");
     m_app.footer(Examples({{"qz tones photo.jpg tones.png", "a photograph in a few greys"},
@@ -124,6 +116,10 @@ int CommandLine::Run(int argc, const char* const* argv)
 
 Status CommandLine::ParseAndRun(int argc, const char* const* argv)
 {
+    // Told apart from no command at all, which the parser does not do.
+    const auto isNamed = [&](const auto& command) { return command.first->get_name() == argv[1]; };
+    if (argc > 1 && argv[1][0] != '-' && std::none_of(m_actions.begin(), m_actions.end(), isNamed))
+        throw Failure(Status::Usage, argv[1], "no such command", "try 'qz --help'");
     try {
         m_app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -5,6 +5,9 @@ namespace QZ::Tool {
 
 void RegisterCommands(CommandLine& line)
 {
+    RegisterTones(line);
+    RegisterThreshold(line);
+    RegisterThreeTone(line);
     RegisterAdjust(line);
     RegisterHistogram(line);
     RegisterColor(line);

@@ -11,6 +11,9 @@ void RegisterChromaMap(CommandLine& line);
 void RegisterColor(CommandLine& line);
 void RegisterHistogram(CommandLine& line);
 void RegisterSample(CommandLine& line);
+void RegisterThreeTone(CommandLine& line);
+void RegisterThreshold(CommandLine& line);
+void RegisterTones(CommandLine& line);
 
 /// All of them, in the order in which the help lists them.
 void RegisterCommands(CommandLine& line);

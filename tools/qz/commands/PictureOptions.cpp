@@ -1,27 +1,48 @@
 // SPDX-License-Identifier: MIT
 #include "tools/qz/commands/PictureOptions.h"
 
-#include <map>
+#include <cmath>
 
 namespace QZ::Tool {
+
+void AddNumbers(CLI::App& command, const std::string& option, std::size_t count,
+                const std::function<void(const std::vector<float>&)>& take, const std::string& text)
+{
+    const auto parse = [option, count, take](const std::string& list) {
+        std::vector<float> numbers;
+        for (const std::string& word : CLI::detail::split(list, ',')) {
+            float number = 0.0f;
+            if (!CLI::detail::lexical_cast(word, number) || !std::isfinite(number))
+                throw CLI::ValidationError(option, "'" + word + "' is not a number");
+            numbers.push_back(number);
+        }
+        if (numbers.size() != count)
+            throw CLI::ValidationError(option,
+                                       "wants " + std::to_string(count) + " numbers parted by commas");
+        take(numbers);
+    };
+    command.add_option_function<std::string>(option, parse, text)->type_name("LIST");
+}
 
 void AddInput(CLI::App& command, std::string& path, Limits& limits)
 {
     command.add_option("IN", path, "The picture: PNG, JPEG, WebP, TIFF or PNM; - reads standard input")
-        ->required();
+        ->required()
+        ->type_name("");
     // The library counts the bytes of a picture in 32 bits.
     command.add_option("--max-pixels", limits.pixels, "Refuse a larger picture (256000000)")
-        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{(1u << 29) - 1}))
+        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{(1u << 29) - 1}).description(""))
         ->type_name("N");
 }
 
 void AddOutput(CLI::App& command, Output& output)
 {
-    const std::map<std::string, FileFormat> formats = {{"png", FileFormat::PNG}, {"jpeg", FileFormat::JPEG}};
-    command.add_option("OUT", output.path, "The result: .png or .jpg; - writes standard output")->required();
-    command.add_option("--format", output.format, "png or jpeg (by the name of OUT)")
-        ->transform(CLI::CheckedTransformer(formats, CLI::ignore_case).description(""))
-        ->type_name("FORMAT");
+    command.add_option("OUT", output.path, "The result: .png or .jpg; - writes standard output")
+        ->required()
+        ->type_name("");
+    AddChoice(command, "--format", output.format,
+              {{"png", FileFormat::PNG}, {"jpeg", FileFormat::JPEG}, {"jpg", FileFormat::JPEG}},
+              "png or jpeg (by the name of OUT)");
     command.add_option("--quality", output.quality, "Of a JPEG, 1 to 100 (92)")
         ->check(CLI::Range(1, 100).description(""))
         ->type_name("N");
@@ -30,10 +51,8 @@ void AddOutput(CLI::App& command, Output& output)
 void AddIlluminant(CLI::App& command, Foundation::CColor::EIlluminant& illuminant)
 {
     using Foundation::CColor;
-    const std::map<std::string, CColor::EIlluminant> whites = {{"d50", CColor::eD50}, {"d65", CColor::eD65}};
-    command.add_option("--illuminant", illuminant, "Reference white: d50 or d65 (d65)")
-        ->transform(CLI::CheckedTransformer(whites, CLI::ignore_case).description(""))
-        ->type_name("WHITE");
+    AddChoice(command, "--illuminant", illuminant, {{"d50", CColor::eD50}, {"d65", CColor::eD65}},
+              "Reference white: d50 or d65 (d65)");
 }
 
 void PictureToPicture::AddTo(CLI::App& command)

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
+#include <map>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 #include "QZ/Foundation/Color/CColor.h"
 #include "tools/qz/CommandLine.h"
@@ -9,6 +13,28 @@
 #include "tools/qz/io/ImageWriter.h"
 
 namespace QZ::Tool {
+
+/// An option that takes one of a few names.
+template <class T>
+void AddChoice(CLI::App& command, const std::string& option, T& value,
+               const std::map<std::string, std::type_identity_t<T>>& names, const std::string& text)
+{
+    const auto choose = [&value, names](const std::string& word) {
+        const auto found = names.find(word);
+        if (found == names.end()) {
+            std::string list;
+            for (const auto& [name, ignored] : names)
+                list += (list.empty() ? "" : ", ") + name;
+            throw CLI::ValidationError(word + " is not one of " + list);
+        }
+        value = found->second;
+    };
+    command.add_option_function<std::string>(option, choose, text)->type_name("NAME");
+}
+
+/// An option that takes as many numbers, parted by commas: "0.5,1,2".
+void AddNumbers(CLI::App& command, const std::string& option, std::size_t count,
+                const std::function<void(const std::vector<float>&)>& take, const std::string& text);
 
 /// The operand IN and the options of reading: --max-pixels.
 void AddInput(CLI::App& command, std::string& path, Limits& limits);
