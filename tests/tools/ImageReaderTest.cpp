@@ -235,7 +235,7 @@ Samples Smooth(int channels)
     for (int y = 0; y < samples.height; ++y)
         for (int x = 0; x < samples.width; ++x)
             for (int c = 0; c < channels; ++c)
-                samples.values.push_back(static_cast<std::uint16_t>(20 + 5 * x + (c + 1) * y % 60));
+                samples.values.push_back(static_cast<std::uint16_t>(20 + 4 * x + (c + 1) * y));
     return samples;
 }
 
@@ -248,6 +248,14 @@ TEST(ReadJPEG, TakesGreyAndColourInOneScanAndInMany)
             EXPECT_LE(GreatestDifference(image.pixels, ExpectedRGBA(Smooth(channels))), 3);
             EXPECT_EQ(image.source.format, "JPEG");
         }
+}
+
+TEST(ReadTIFF, TakesJPEGInside)
+{
+    constexpr int kJPEG = 7;
+    const Image image = Decode(MakeTIFF(Smooth(3), {.compression = kJPEG}));
+    // The colours are halved in size, and the quality is the library's 75.
+    EXPECT_LE(GreatestDifference(image.pixels, ExpectedRGBA(Smooth(3))), 12);
 }
 
 TEST(ReadJPEG, TakesCMYKForIdealInksWithoutAProfile)

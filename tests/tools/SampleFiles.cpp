@@ -120,10 +120,13 @@ void SetTIFFTags(TIFF* tiff, const Samples& samples, const FileOptions& options)
     TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, samples.channels);
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, options.compression);
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC,
-                 samples.channels >= 3 ? PHOTOMETRIC_RGB
-                 : options.whiteIsZero ? PHOTOMETRIC_MINISWHITE
-                                       : PHOTOMETRIC_MINISBLACK);
+                 options.compression == COMPRESSION_JPEG ? PHOTOMETRIC_YCBCR
+                 : samples.channels >= 3                 ? PHOTOMETRIC_RGB
+                 : options.whiteIsZero                   ? PHOTOMETRIC_MINISWHITE
+                                                         : PHOTOMETRIC_MINISBLACK);
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, options.separate ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
+    if (options.compression == COMPRESSION_JPEG)
+        TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
     if (samples.channels % 2 == 0) {
         const std::uint16_t kind = options.premultiplied ? EXTRASAMPLE_ASSOCALPHA : EXTRASAMPLE_UNASSALPHA;
         TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &kind);
@@ -269,7 +272,7 @@ Bytes MakeTIFF(const Samples& samples, const FileOptions& options)
         for (int plane = 0; plane < planes; ++plane)
             WriteTiles(tiff, samples, planes == 1 ? -1 : plane, plane);
     } else {
-        TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, 5);
+        TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, 16);
         for (int plane = 0; plane < planes; ++plane)
             for (int y = 0; y < samples.height; ++y)
                 TIFFWriteScanline(tiff, PackedRow(samples, y, planes == 1 ? -1 : plane).data(),
