@@ -7,6 +7,7 @@
 #include "QZ/Foundation/Analysis/GreyLevels.h"
 #include "QZ/Foundation/Analysis/HueAndGrayscaleQuantization.h"
 #include "QZ/Foundation/Analysis/Int32.h"
+#include "QZ/Foundation/Analysis/PixelKernels.h"
 #include "QZ/Foundation/Color/ByteTables.h"
 #include "QZ/Foundation/Color/CColorRows.h"
 
@@ -17,30 +18,27 @@ using ToneTable = std::array<unsigned char, 256>;
 
 namespace {
 
-constexpr std::size_t kRow = 256;   // pixels at a time
-
 /// f(first, row) for each row of pixels, row holding their lightness, chroma and hue in Luv.
 template <class Function>
-void ForEachRow(bool isSRGB, CColor::EIlluminant illuminant, int width, int height, const unsigned char* rgba,
-                Function&& f)
+void ForEachRowOfLCh(bool isSRGB, CColor::EIlluminant illuminant, int width, int height,
+                     const unsigned char* rgba, Function&& f)
 {
-    const auto count = static_cast<std::size_t>(std::max(WrappingMultiply(width, height), 0));
+    const auto pixels = static_cast<std::size_t>(std::max(WrappingMultiply(width, height), 0));
     const ByteTable& linear = LinearOfByte(isSRGB);
-    std::array<Color, kRow> colors;
-    for (std::size_t first = 0; first < count; first += kRow) {
-        const std::span<Color> row(colors.data(), std::min(kRow, count - first));
-        for (std::size_t i = 0; i < row.size(); ++i)
-            row[i] = ColorOfPixel(linear, rgba + 4 * (first + i));
+    std::array<Color, kRowOfPixels> colors;
+    ForEachRow(pixels, [&](std::size_t first, std::size_t n) {
+        const std::span<Color> row(colors.data(), n);
+        LinearRow(linear, rgba + 4 * first, n, row.data());
         CColorRows::LinearRGBToLuv(illuminant, row, row);
         CColorRows::LuvToLChuv(row, row);
         f(first, row);
-    }
+    });
 }
 
 /// The grey levels of a row of pixels, as CGrayscaleWeightedHistogram finds them in sRGB.
 /// \return  false for a source that is none of the three, which counts nothing.
 bool GreysOf(CGrayscaleWeightedHistogram::EGrayscaleFrom from, CColor::EIlluminant illuminant,
-             const unsigned char* rgba, std::size_t count, std::array<unsigned char, kRow>& levels)
+             const unsigned char* rgba, std::size_t count, std::array<unsigned char, kRowOfPixels>& levels)
 {
     switch (from) {
         case CGrayscaleWeightedHistogram::eFourthChannel:
@@ -88,18 +86,19 @@ void CHueAndGrayscaleQuantizationTest::Compute(float black, float white, float g
 
     // Every group is a mask of ones over the picture; one pass finds the histograms under all of them.
     std::vector<Group> groups(hueQuantizer.clusterColours.size() + 1);
-    std::array<unsigned char, kRow> levels{};
-    ForEachRow(isSRGB, illuminant, width, height, rgba, [&](std::size_t first, std::span<const Color> row) {
-        const bool hasLevels = GreysOf(from, illuminant, rgba + 4 * first, row.size(), levels);
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            Group& group = groups[GroupOf(row[i])];
-            group.isUsed = true;
-            if (hasLevels) {
-                group.histogram.bins[levels[i]] += 1.0;
-                group.histogram.total += 1.0;
+    std::array<unsigned char, kRowOfPixels> levels{};
+    ForEachRowOfLCh(
+        isSRGB, illuminant, width, height, rgba, [&](std::size_t first, std::span<const Color> row) {
+            const bool hasLevels = GreysOf(from, illuminant, rgba + 4 * first, row.size(), levels);
+            for (std::size_t i = 0; i < row.size(); ++i) {
+                Group& group = groups[GroupOf(row[i])];
+                group.isUsed = true;
+                if (hasLevels) {
+                    group.histogram.bins[levels[i]] += 1.0;
+                    group.histogram.total += 1.0;
+                }
             }
-        }
-    });
+        });
 
     greyQuantizers.assign(groups.size(), {});
     greyPresent.assign(256, -1);
@@ -129,7 +128,7 @@ void CHueAndGrayscaleQuantizationTest::Quantize(bool isSRGB, CColor::EIlluminant
         std::transform(table.begin(), table.end(), tones[group].begin(),
                        [&](unsigned char level) { return static_cast<unsigned char>(greyPresent[level]); });
     }
-    ForEachRow(isSRGB, illuminant, width, height, rgba, [&](std::size_t, std::span<const Color> row) {
+    ForEachRowOfLCh(isSRGB, illuminant, width, height, rgba, [&](std::size_t, std::span<const Color> row) {
         for (const Color& lch : row) {
             const int level = TruncateToRange(lch.x * 255.0f + 0.5f, 0, 255);
             *out++ = tones[GroupOf(lch)][static_cast<std::size_t>(level)];
