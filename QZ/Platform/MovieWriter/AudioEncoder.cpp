@@ -65,6 +65,9 @@ bool AudioEncoder::PrepareResampler(const PCMEntry& format)
     const int made = swr_alloc_set_opts2(&context, &m_context->ch_layout, AV_SAMPLE_FMT_FLTP,
                                          m_encoding.sampleRate, &source, AV_SAMPLE_FMT_FLT, rate, 0, nullptr);
     m_resampler.reset(context);
+    // Channels that are mixed into one must not get louder than full scale.
+    if (made >= 0)
+        av_opt_set_double(m_resampler.get(), "rematrix_maxval", 1.0, 0);
     return (made >= 0 && swr_init(m_resampler.get()) >= 0) || Fail("cannot convert this sound");
 }
 

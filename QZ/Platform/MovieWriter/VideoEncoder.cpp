@@ -117,6 +117,9 @@ bool VideoEncoder::Open(const VideoEncoding& encoding)
             break;
         case VideoCodec::ProRes422:
             av_opt_set(m_context->priv_data, "profile", "standard", 0);
+            // In real time each picture is split among the threads instead of several being under way.
+            if (encoding.realTime)
+                m_context->thread_type = FF_THREAD_SLICE;
             av_opt_set(m_context->priv_data, "vendor", "qz  ", 0);
             // Its frame header has no code for the sRGB transfer; the file's colour parameters have.
             m_context->color_trc = AVCOL_TRC_UNSPECIFIED;
