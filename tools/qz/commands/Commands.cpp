@@ -10,9 +10,11 @@ void RegisterCommands(CommandLine& line)
     RegisterThreeTone(line);
     RegisterAdjust(line);
     RegisterHistogram(line);
+    RegisterPalette(line);
     RegisterColor(line);
     RegisterChromaMap(line);
     RegisterSample(line);
+    RegisterDemo(line);
 }
 
 }   // namespace QZ::Tool

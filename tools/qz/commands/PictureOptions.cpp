@@ -24,15 +24,20 @@ void AddNumbers(CLI::App& command, const std::string& option, std::size_t count,
     command.add_option_function<std::string>(option, parse, text)->type_name("LIST");
 }
 
+void AddMaxPixels(CLI::App& command, Limits& limits)
+{
+    // The library counts the bytes of a picture in 32 bits.
+    command.add_option("--max-pixels", limits.pixels, "Refuse a larger picture (256000000)")
+        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{(1u << 29) - 1}).description(""))
+        ->type_name("N");
+}
+
 void AddInput(CLI::App& command, std::string& path, Limits& limits)
 {
     command.add_option("IN", path, "The picture: PNG, JPEG, WebP, TIFF or PNM; - reads standard input")
         ->required()
         ->type_name("");
-    // The library counts the bytes of a picture in 32 bits.
-    command.add_option("--max-pixels", limits.pixels, "Refuse a larger picture (256000000)")
-        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{(1u << 29) - 1}).description(""))
-        ->type_name("N");
+    AddMaxPixels(command, limits);
 }
 
 void AddOutput(CLI::App& command, Output& output)

@@ -36,6 +36,9 @@ void AddChoice(CLI::App& command, const std::string& option, T& value,
 void AddNumbers(CLI::App& command, const std::string& option, std::size_t count,
                 const std::function<void(const std::vector<float>&)>& take, const std::string& text);
 
+/// --max-pixels.
+void AddMaxPixels(CLI::App& command, Limits& limits);
+
 /// The operand IN and the options of reading: --max-pixels.
 void AddInput(CLI::App& command, std::string& path, Limits& limits);
 

@@ -57,13 +57,12 @@ void InstallInterruptHandler()
 InterruptBlock::InterruptBlock()
 {
     const sigset_t set = Interruptions();
-    sigprocmask(SIG_BLOCK, &set, nullptr);
+    sigprocmask(SIG_BLOCK, &set, &m_before);
 }
 
 InterruptBlock::~InterruptBlock()
 {
-    const sigset_t set = Interruptions();
-    sigprocmask(SIG_UNBLOCK, &set, nullptr);
+    sigprocmask(SIG_SETMASK, &m_before, nullptr);
 }
 
 void SetUnfinishedFile(const std::string& path)

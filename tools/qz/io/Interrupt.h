@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <signal.h>
+
 #include <string>
 
 namespace QZ::Tool {
@@ -9,13 +11,16 @@ namespace QZ::Tool {
 /// with status 130; a reader that went away (SIGPIPE) is an ordinary write error.
 void InstallInterruptHandler();
 
-/// Runs no interruption while it lives.
+/// Runs no interruption while it lives; blocks may be nested.
 class InterruptBlock {
 public:
     InterruptBlock();
     ~InterruptBlock();
     InterruptBlock(const InterruptBlock&) = delete;
     InterruptBlock& operator=(const InterruptBlock&) = delete;
+
+private:
+    sigset_t m_before{};
 };
 
 /// Names the one unfinished file that an interruption removes; an empty path means none. Call it under an

@@ -5,30 +5,14 @@
 #include <cmath>
 #include <cstdio>
 
+#include "tools/qz/operations/GreyPlane.h"
+
 namespace QZ::Tool {
 
 namespace {
 
 using nlohmann::ordered_json;
 using namespace Foundation;
-
-// One grey byte a pixel, rounded as the weighted histogram rounds: the plain and the density histogram count
-// bytes.
-std::vector<unsigned char> GreyBytes(const Image& image, const HistogramOptions& options)
-{
-    std::vector<unsigned char> greys(image.Count());
-    for (std::size_t i = 0; i < greys.size(); ++i) {
-        const unsigned char* p = image.pixels.data() + 4 * i;
-        const Math::CVector3<float> srgb = Math::CVector3<float>(p[0], p[1], p[2]) * 0.003921569f;
-        float grey = static_cast<float>(p[3]) / 255.0f;
-        if (options.from == CGrayscaleWeightedHistogram::eLXX)
-            CColor::SRGBToLXX(false, false, srgb, grey);
-        else if (options.from == CGrayscaleWeightedHistogram::eNonlinearY)
-            CColor::SRGBToNonlinearY(false, false, options.illuminant, srgb, grey);
-        greys[i] = static_cast<unsigned char>(std::clamp(grey * 255.0f + 0.5f, 0.0f, 255.0f));
-    }
-    return greys;
-}
 
 template <class T>
 std::vector<double> Doubles(const std::vector<T>& values)
@@ -122,7 +106,7 @@ PictureHistograms MeasureHistograms(const Image& image, const HistogramOptions& 
 {
     PictureHistograms result;
     result.options = options;
-    const auto greys = GreyBytes(image, options);
+    const auto greys = GreyPlane(image, {.from = options.from, .illuminant = options.illuminant});
     result.grey.Compute(image.width, image.height, 1, 0, greys.data());
     result.density.Compute(image.width, image.height, 0.0, 1, 0, greys.data());
     result.weighted.Compute(options.from, true, options.illuminant, image.width, image.height,

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tools/qz/Image.h"
+
+namespace QZ::Tool {
+
+/// One operation that the demo shows.
+struct Step {
+    std::string group;
+    std::string title;
+    std::string text;      ///< What it does, a sentence.
+    std::string name;      ///< Of its file, without ending.
+    std::string command;   ///< The words of the command line about the input and the output: "tones", "-n 4".
+    std::string options;
+    /// Changes the picture; returns what was measured, or nothing.
+    std::function<std::string(Image&)> run;
+};
+
+/// All that change a picture, in the order in which the page shows them.
+[[nodiscard]] std::vector<Step> DemoSteps();
+
+}   // namespace QZ::Tool
