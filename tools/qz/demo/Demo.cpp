@@ -57,8 +57,9 @@ public:
         Image result = m_image;
         PageEntry entry = {step.group, step.title, step.text, "", "", step.name + ".png"};
         entry.milliseconds = MillisecondsOf([&] { entry.result = step.run(result); });
-        entry.command = "qz " + step.command + " " + Quoted(m_name) + " " + entry.picture +
-                        (step.options.empty() ? "" : " " + step.options);
+        if (!step.command.empty())
+            entry.command = "qz " + step.command + " " + Quoted(m_name) + " " + entry.picture +
+                            (step.options.empty() ? "" : " " + step.options);
         Add(entry, Reduced(result, kLongestSide));
     }
 

@@ -115,6 +115,7 @@ std::vector<Step> DemoSteps()
                               "median cut", "--count 6 --method median-cut"));
     steps.push_back(ThreeToneStep());
     steps.push_back(ThresholdStep());
+    AddColorSteps(steps);
     AddAdjustments(steps);
     return steps;
 }

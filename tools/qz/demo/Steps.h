@@ -15,7 +15,7 @@ struct Step {
     std::string title;
     std::string text;      ///< What it does, a sentence.
     std::string name;      ///< Of its file, without ending.
-    std::string command;   ///< The words of the command line about the input and the output: "tones", "-n 4".
+    std::string command;   ///< The command that does the same; empty for none.
     std::string options;
     /// Changes the picture; returns what was measured, or nothing.
     std::function<std::string(Image&)> run;
@@ -23,5 +23,8 @@ struct Step {
 
 /// All that change a picture, in the order in which the page shows them.
 [[nodiscard]] std::vector<Step> DemoSteps();
+
+/// Adds those on hues and on the white balance.
+void AddColorSteps(std::vector<Step>& steps);
 
 }   // namespace QZ::Tool
