@@ -15,6 +15,7 @@ void RegisterCommands(CommandLine& line)
     RegisterChromaMap(line);
     RegisterSample(line);
     RegisterDemo(line);
+    RegisterSelftest(line);
 }
 
 }   // namespace QZ::Tool

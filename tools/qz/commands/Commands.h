@@ -16,6 +16,7 @@ void RegisterSample(CommandLine& line);
 void RegisterThreeTone(CommandLine& line);
 void RegisterThreshold(CommandLine& line);
 void RegisterTones(CommandLine& line);
+void RegisterSelftest(CommandLine& line);
 
 /// All of them, in the order in which the help lists them.
 void RegisterCommands(CommandLine& line);
