@@ -13,10 +13,10 @@ void RegisterDemo(CommandLine& line);
 void RegisterHistogram(CommandLine& line);
 void RegisterPalette(CommandLine& line);
 void RegisterSample(CommandLine& line);
+void RegisterSelftest(CommandLine& line);
 void RegisterThreeTone(CommandLine& line);
 void RegisterThreshold(CommandLine& line);
 void RegisterTones(CommandLine& line);
-void RegisterSelftest(CommandLine& line);
 
 /// All of them, in the order in which the help lists them.
 void RegisterCommands(CommandLine& line);
