@@ -19,8 +19,20 @@ extern char** environ;
 namespace QZ::Test {
 namespace {
 
-/// Runs RecordForever, kills it `seconds` after its first picture, and gives the pictures that it had
-/// appended.
+/// Waits until something of a recording has left the encoder, which a busy machine takes a while for.
+void WaitForContent(const std::string& path)
+{
+    std::error_code missing;
+    for (int i = 0; i < 60000; ++i) {
+        const auto size = std::filesystem::file_size(path, missing);
+        if (!missing && size > 0)
+            return;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+/// Runs RecordForever, kills it `seconds` after its first picture was stored, and gives the number of
+/// pictures that it had appended.
 int RecordAndKill(const std::string& path, const std::string& codec, double seconds)
 {
     int ends[2] = {};
@@ -40,6 +52,7 @@ int RecordAndKill(const std::string& path, const std::string& codec, double seco
     ssize_t count = ::read(ends[0], block, sizeof block);
     if (count > 0) {
         told.append(block, static_cast<std::size_t>(count));
+        WaitForContent(path);
         std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
     }
     ::kill(child, SIGKILL);
