@@ -13,6 +13,7 @@ namespace QZ::Proof {
 
 using Foundation::DoubleDouble;
 using Foundation::FastTwoSum;
+using Foundation::TwoProduct;
 using Test::Exactly;
 using Test::Mpfr;
 
@@ -116,6 +117,23 @@ void PowerReference::Chunk(std::uint32_t chunk, float* nearest, unsigned char* i
     Evaluate(series, static_cast<std::int32_t>(0x3f800000u + interval * kChunkSize), nearest, above, below);
     for (std::size_t i = 0; i < kChunkSize; ++i)
         isHard[i] = above[i] != below[i];
+}
+
+DoubleDouble PowerReference::Power(DoubleDouble x) const
+{
+    int k = 0;
+    const double m = 2.0 * std::frexp(x.high, &k);
+    const double low = std::ldexp(x.low, 1 - k);
+    const auto interval = static_cast<std::size_t>((m - 1.0) * kIntervals);
+    const double reciprocal = m_reciprocals[interval];
+    const DoubleDouble product = TwoProduct(m, reciprocal);
+    const DoubleDouble t = FastTwoSum(product.high - 1.0, product.low + low * reciprocal);
+    const double* c = m_highBinomials;
+    const double tail = (((c[3] * t.high + c[2]) * t.high + c[1]) * t.high + c[0]) * t.high;
+    DoubleDouble series = m_binomials[3] + DoubleDouble{tail, 0.0};
+    for (int j = 2; j >= 0; --j)
+        series = series * t + m_binomials[j];
+    return series * m_intervals[interval] * m_binaries[static_cast<std::size_t>(k - 1 + 126)];
 }
 
 float PowerReference::Nearest(float x, double& distance) const

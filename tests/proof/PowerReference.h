@@ -27,6 +27,9 @@ public:
     /// \param isHard  set where the pair of doubles lies within 2^-52 of a midpoint between floats, relatively.
     void Chunk(std::uint32_t chunk, float* nearest, unsigned char* isHard) const;
 
+    /// The power of a positive number from 2^-126 to 2^127, to 2^-95.
+    [[nodiscard]] Foundation::DoubleDouble Power(Foundation::DoubleDouble x) const;
+
     /// The nearest float of any power, by MPFR; and its distance from the next midpoint, relatively.
     [[nodiscard]] float Nearest(float x, double& distance) const;
 

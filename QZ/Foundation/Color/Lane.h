@@ -97,7 +97,7 @@ HWY_INLINE Lane Select(LaneMask mask, Lane a, Lane b)
 
 /// a() where the mask holds, b() elsewhere. One float evaluates one of the two, a Lane both.
 template <class A, class B>
-HWY_INLINE float Choose(bool mask, A&& a, B&& b)
+HWY_INLINE auto Choose(bool mask, A&& a, B&& b)
 {
     return mask ? a() : b();
 }
