@@ -340,11 +340,13 @@ void QZRealTimeVideoRecorder::stop()
 
     const unsigned start = m_recording->starts;
     const auto requested = std::make_shared<std::promise<void>>();
-    DispatchQueue::Global()->Async([requested, start, writer = tracks.writer, recording = m_recording] {
-        if (writer)
-            writer->FinishWriting([start, writer, recording] { recording->Finished(*writer, start); });
-        requested->set_value();
-    });
+    DispatchQueue::Global()->Async(
+        [requested, start, writer = tracks.writer, recording = m_recording]() mutable {
+            if (writer)
+                writer->FinishWriting([start, writer, recording] { recording->Finished(*writer, start); });
+            writer.reset();   // before the caller goes on: the teardown is to release the last of them
+            requested->set_value();
+        });
     requested->get_future().wait();   // for the request, not for the file
     MainQueue::Shared().Post([start, recording = m_recording] { recording->TearDown(start); });
 }
