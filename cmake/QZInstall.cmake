@@ -7,6 +7,10 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QZFoundation)
 install(TARGETS QZMath QZFoundation EXPORT QZFoundationTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+if(TARGET qz)
+    set_target_properties(qz PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+    install(TARGETS qz RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
 install(EXPORT QZFoundationTargets NAMESPACE QZ:: DESTINATION ${package_dir})
 
 write_basic_package_version_file(QZFoundationConfigVersion.cmake COMPATIBILITY SameMajorVersion)
