@@ -73,6 +73,7 @@ TEST(PowOfFixedExponents, IsTheNearestFloatWhereAMidpointIsClosest)
     // Found by the proof program: the exact powers lie within 2^-52 of a midpoint between two floats,
     // relatively.
     EXPECT_EQ(elementary::Pow<Exponent::k2_4>(0x1.66b236p+17f), NearestPow(0x1.66b236p+17f, 2.4f));
+    EXPECT_EQ(elementary::Pow<Exponent::k2_2>(0x1.8853fap-55f), NearestPow(0x1.8853fap-55f, 2.2f));
     for (const float x : {0x1.7302dap+70f, 0x1.bdb7fp+17f})
         EXPECT_EQ(elementary::Pow<Exponent::k0_41666666>(x), NearestPow(x, 0.41666666f));
     EXPECT_EQ(elementary::Pow<Exponent::k0_43>(0x1.51dddcp+80f), NearestPow(0x1.51dddcp+80f, 0.43f));

@@ -41,8 +41,8 @@ public:
     HWY_INLINE const unsigned char* At(std::size_t i) const { return m_pixels + 4 * i; }
 
 private:
-    const unsigned char* m_pixels;
     std::array<unsigned char, 4 * kRowOfPixels> m_copy;
+    const unsigned char* m_pixels;
 };
 
 HWY_INLINE void Store(Lane x, float* out)
