@@ -23,8 +23,8 @@ namespace QZ::Foundation::Double {
 /// Elementary.h, which turn to it where a result lies close to the middle between two floats.
 ///
 /// The pair of doubles errs by less than 2^-90. A result that lies midway between two floats is recognised as
-/// such. That no other result comes within 2^-90 of a midpoint is proven for the exponents of Exponent.h, by
-/// trial of every float; for others it is likely and no more.
+/// such. That no other result comes within 2^-90 of a midpoint is shown by trial of every float for the
+/// exponents that docs/accuracy.md lists; for others it is likely and no more.
 [[nodiscard]] float PowRounded(float x, float exponent);
 
 }   // namespace QZ::Foundation::Double
