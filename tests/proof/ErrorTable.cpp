@@ -55,6 +55,8 @@ inline Exact Abs(Exact x)
 template <Exponent exponent>
 Exact Pow(Exact x)
 {
+    if (x == 0.0f)
+        return x;
     static const Proof::PowerReference reference(exponent);
     // The encoded values are 256: most powers were worked a moment ago.
     static std::array<std::pair<Exact, Exact>, 4096> known{};
@@ -63,7 +65,7 @@ Exact Pow(Exact x)
         base = x;
         power = reference.Power(x.value);
     }
-    return power;   // 0 of 0, as the table begins
+    return power;
 }
 
 }   // namespace QZ::Foundation::QZ_TARGET
