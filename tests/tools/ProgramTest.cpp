@@ -216,6 +216,37 @@ TEST_F(Program, PrintsMeasurementsAsJSON)
     EXPECT_LE(three.at("low").get<int>(), three.at("high").get<int>());
 }
 
+TEST_F(Program, RepaintsInAFewHues)
+{
+    const Outcome outcome = Run({"hues", "in.png", "out.png", "--count", "3", "--space", "luv"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, StartsWith("3 hues\n#"));
+    ExpectFailure(Run({"hues", "in.png", "bad.png", "--method", "median-cut", "--space", "lab"}), 2,
+                  "--method clusters", {"in.png", "out.png"});
+}
+
+TEST_F(Program, PosterizesAndDrawsTheTones)
+{
+    const Outcome outcome = Run({"posterize", "in.png", "out.png", "--palette", "tones.png"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("groups\n#"));
+    const Names left = {"in.png", "out.png", "tones.png"};
+    EXPECT_EQ(m_folder.Names(), left);
+    ExpectFailure(Run({"posterize", "in.png", "bad.png", "--palette", "bad.png"}), 2, "--palette", left);
+}
+
+TEST_F(Program, BalancesAndTellsTheLight)
+{
+    const Outcome outcome = Run({"balance", "in.png", "out.png", "--p3", "--json"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(nlohmann::json::parse(outcome.out).at("xyz").at(1), 1.0);
+    EXPECT_THAT(m_folder.Read("out.png"), HasSubstr("iCCP"));
+    m_folder.Write("black.ppm", "P6\n2 1\n255\n" + std::string(6, '\0'));
+    const Names left = {"black.ppm", "in.png", "out.png"};
+    ExpectFailure(Run({"balance", "black.ppm", "bad.png"}), 4, "black throughout", left);
+    ExpectFailure(Run({"balance", "in.png", "bad.png", "--light", "1,2"}), 2, "3 numbers", left);
+}
+
 TEST_F(Program, ShowsNoControlSequencesInAPipe)
 {
     const Outcome outcome = Run({"tones", "in.png", "out.png"});

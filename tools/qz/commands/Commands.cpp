@@ -8,6 +8,9 @@ void RegisterCommands(CommandLine& line)
     RegisterTones(line);
     RegisterThreshold(line);
     RegisterThreeTone(line);
+    RegisterHues(line);
+    RegisterPosterize(line);
+    RegisterBalance(line);
     RegisterAdjust(line);
     RegisterHistogram(line);
     RegisterPalette(line);

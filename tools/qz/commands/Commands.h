@@ -7,11 +7,14 @@ class CommandLine;
 
 /// Each command adds itself with its options; its function lies in the file of its name.
 void RegisterAdjust(CommandLine& line);
+void RegisterBalance(CommandLine& line);
 void RegisterChromaMap(CommandLine& line);
 void RegisterColor(CommandLine& line);
 void RegisterDemo(CommandLine& line);
 void RegisterHistogram(CommandLine& line);
+void RegisterHues(CommandLine& line);
 void RegisterPalette(CommandLine& line);
+void RegisterPosterize(CommandLine& line);
 void RegisterSample(CommandLine& line);
 void RegisterSelftest(CommandLine& line);
 void RegisterThreeTone(CommandLine& line);

@@ -40,7 +40,7 @@ void RegisterHistogram(CommandLine& line)
     CLI::App& command =
         line.Add("histogram", "Plot the greys and hues of a picture: counts, density, weights, hue circle.",
                  {{"qz histogram photo.jpg plots.png", "four plots on one sheet"},
-                  {"qz histogram photo.jpg plots.png --from lightness --space ipt", "other measures"},
+                  {"qz histogram photo.jpg plots.png --grey lightness --space ipt", "other measures"},
                   {"qz histogram photo.jpg plots.png --json", "also print every bin"}},
                  [options](Context& context) { return Run(*options, context); });
     options->files.AddTo(command);
@@ -48,7 +48,7 @@ void RegisterHistogram(CommandLine& line)
         {"luminance", CGrayscaleWeightedHistogram::eNonlinearY},
         {"lightness", CGrayscaleWeightedHistogram::eLXX},
         {"alpha", CGrayscaleWeightedHistogram::eFourthChannel}};
-    command.add_option("--from", options->histogram.from, "Grey: luminance, lightness or alpha (luminance)")
+    command.add_option("--grey", options->histogram.from, "Grey: luminance, lightness or alpha (luminance)")
         ->transform(CLI::CheckedTransformer(sources, CLI::ignore_case).description(""))
         ->type_name("GREY");
     const std::map<std::string, CHueWeightedHistogram::EHueColorSpace> spaces = {

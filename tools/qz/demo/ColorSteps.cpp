@@ -1,123 +1,68 @@
 // SPDX-License-Identifier: MIT
 #include <cstdio>
 
-#include "QZ/Foundation/Analysis/CWhiteBalance.h"
-#include "QZ/Foundation/Analysis/ColorQuantization.h"
-#include "QZ/Foundation/Analysis/HueAndGrayscaleQuantization.h"
+#include "tools/qz/Failure.h"
 #include "tools/qz/demo/Steps.h"
+#include "tools/qz/operations/Balance.h"
+#include "tools/qz/operations/Hues.h"
+#include "tools/qz/operations/Posterize.h"
 
 namespace QZ::Tool {
 
 namespace {
 
-using namespace Foundation;
-using Linear = std::vector<Math::CVector3<float>>;
-
-// Recolouring writes a luma into the alpha byte.
-void KeepAlpha(const Image& before, Image& image)
+std::string DescribeLight(const Light& light)
 {
-    for (std::size_t i = 3; i < image.pixels.size(); i += 4)
-        image.pixels[i] = before.pixels[i];
+    char text[96];
+    std::snprintf(text, sizeof text, "The light: x = %.4f, y = %.4f", light.x, light.y);
+    std::string line = text;
+    if (light.kelvin) {
+        std::snprintf(text, sizeof text, ", %.0f K", *light.kelvin);
+        line += text;
+    }
+    return line;
 }
 
-std::string ReduceHues(Image& image)
+// A picture without light is shown as it is.
+std::string Balanced(const BalanceOptions& options, Image& image)
 {
-    const Image before = image;
-    using Quantizer = CHueWeightedHistogramHierarchicalClusterQuantization;
-    Quantizer quantizer;
-    quantizer.Compute(360, 4, 0.0, CHueWeightedHistogram::eIPT, true, CColor::eD65, Quantizer::eDirection,
-                      image.width, image.height, image.pixels.data());
-    quantizer.Recolor(image.width, image.height, CColor::eD65, image.pixels.data());
-    KeepAlpha(before, image);
-    return std::to_string(quantizer.clusterColours.size()) + " hues";
-}
-
-std::string Posterize(Image& image)
-{
-    CHueAndGrayscaleQuantizationTest quantizer;
-    quantizer.Compute(0.0f, 1.0f, 1.0f, 0.0f, 1.0f, 4, 0.0, 3, 0.0, 0.5f, CGrayscaleWeightedHistogram::eLXX,
-                      true, CColor::eD65, image.width, image.height, image.pixels.data());
-    std::vector<unsigned char> greys(2 * image.Count());
-    quantizer.Quantize(true, CColor::eD65, image.width, image.height, image.pixels.data(), greys.data());
-    for (std::size_t i = 0; i < image.Count(); ++i)
-        for (std::size_t channel = 0; channel < 3; ++channel)
-            image.pixels[4 * i + channel] = greys[2 * i];
-    return std::to_string(quantizer.palette.size()) + " greys in all";
-}
-
-using Estimator = void (*)(const Image& image, const Linear& linear, Math::CMatrix3<float>& matrix);
-
-// The estimators return that matrix; its inverse carries the reference white back to the light.
-Math::CVector3<float> LightOf(const Math::CMatrix3<float>& m)
-{
-    const Math::CVector3<float>& white = CColor::XYZReference(CColor::eD65);
-    const auto cofactor = [&](int r, int c) {
-        const int r1 = (r + 1) % 3, r2 = (r + 2) % 3, c1 = (c + 1) % 3, c2 = (c + 2) % 3;
-        return m(r1, c1) * m(r2, c2) - m(r1, c2) * m(r2, c1);
-    };
-    const float determinant = m(0, 0) * cofactor(0, 0) + m(0, 1) * cofactor(0, 1) + m(0, 2) * cofactor(0, 2);
-    Math::CVector3<float> light;
-    for (int i = 0; i < 3; ++i)
-        light[i] =
-            (cofactor(0, i) * white.x + cofactor(1, i) * white.y + cofactor(2, i) * white.z) / determinant;
-    return light;
-}
-
-std::string Balance(Image& image, Estimator estimate)
-{
-    const Image before = image;
-    Linear linear;
-    CWhiteBalance::UCharToCVector3fBuffer(true, image.width, image.height, image.pixels.data(), linear);
-    Math::CMatrix3<float> matrix;
-    estimate(image, linear, matrix);
-    const Math::CVector3<float> light = LightOf(matrix);
-    CWhiteBalance::Balance(CColor::eD65, true, false, light, image.width, image.height, linear,
-                           image.pixels.data());
-    KeepAlpha(before, image);
-    Math::CVector3<float> yxy;
-    CColor::XYZToYxy(light, yxy);
-    char text[64];
-    std::snprintf(text, sizeof text, "The light: x = %.4f, y = %.4f", static_cast<double>(yxy.y),
-                  static_cast<double>(yxy.z));
-    return text;
+    try {
+        return DescribeLight(BalanceWhite(options, image));
+    } catch (const Failure& failure) {
+        return failure.what();
+    }
 }
 
 Step BalanceStep(const std::string& title, const std::string& text, const std::string& name,
-                 Estimator estimate)
+                 BalanceOptions::Method method)
 {
-    return {"White balance",
-            title,
-            text,
-            name,
-            "",
-            "",
-            [estimate](Image& image) { return Balance(image, estimate); }};
+    BalanceOptions options;
+    options.method = method;
+    return {"White balance", title, text, name, "balance", "--method " + name, [options](Image& image) {
+                return Balanced(options, image);
+            }};
 }
 
 }   // namespace
 
 void AddColorSteps(std::vector<Step>& steps)
 {
+    using Method = BalanceOptions::Method;
     steps.push_back({"Hues", "Four hues", "The hues join until four are left; lightness and chroma stay.",
-                     "hues", "", "", ReduceHues});
+                     "hues", "hues", "--count 4", [](Image& image) {
+                         return std::to_string(ReduceToHues({}, image).colors.size()) + " hues";
+                     }});
     steps.push_back({"Hues", "Greys by hue",
                      "Each group of hues, and what has little colour, gets three greys of its own.",
-                     "posterize", "", "", Posterize});
-    steps.push_back(BalanceStep(
-        "Grey world", "The mean colour of the picture is taken for the light.", "grey-world",
-        [](const Image& image, const Linear& linear, Math::CMatrix3<float>& matrix) {
-            CWhiteBalance::GrayWorld(CColor::eD65, true, false, image.width, image.height, linear, matrix);
-        }));
-    steps.push_back(BalanceStep(
-        "Brightest", "The brightest red, green and blue are taken for the light.", "max-grey",
-        [](const Image& image, const Linear& linear, Math::CMatrix3<float>& matrix) {
-            CWhiteBalance::MaxGray(CColor::eD65, true, false, image.width, image.height, linear, matrix);
-        }));
-    steps.push_back(BalanceStep(
-        "Local surfaces", "The light by which the parts of the picture agree (LSRS).", "lsrs",
-        [](const Image& image, const Linear& linear, Math::CMatrix3<float>& matrix) {
-            CWhiteBalance::LSRS(CColor::eD65, true, false, false, image.width, image.height, linear, matrix);
-        }));
+                     "posterize", "posterize", "--hues 4 --greys 3", [](Image& image) {
+                         return std::to_string(Posterize({}, image).tones.size()) + " greys in all";
+                     }});
+    steps.push_back(BalanceStep("Grey world", "The mean colour of the picture is taken for the light.",
+                                "grey-world", Method::GreyWorld));
+    steps.push_back(BalanceStep("Brightest", "The brightest red, green and blue are taken for the light.",
+                                "max-gray", Method::MaxGray));
+    steps.push_back(BalanceStep("Local surfaces", "The light by which the parts of the picture agree (LSRS).",
+                                "lsrs", Method::LSRS));
 }
 
 }   // namespace QZ::Tool

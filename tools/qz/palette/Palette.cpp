@@ -8,6 +8,8 @@
 #include "QZ/Foundation/Analysis/ColorQuantization.h"
 #include "QZ/Foundation/Analysis/GrayscaleQuantization.h"
 #include "QZ/Foundation/Color/CColorRows.h"
+#include "tools/qz/color/HueBin.h"
+#include "tools/qz/color/MeanLight.h"
 
 namespace QZ::Tool {
 
@@ -52,10 +54,7 @@ public:
         CColor::LuvToLChuv(luv, lch);
         if (m_hues.binCluster.empty() || CColor::LChuvSaturation(lch) < m_saturation)
             return Count() - 1;
-        constexpr float kPi = 3.14159265f;
-        const float bin = (lch.z + kPi) * (kHueBins - 1) / (2.0f * kPi) + 0.5f;
-        return static_cast<std::size_t>(m_hues.binCluster[static_cast<std::size_t>(
-            std::clamp(bin, 0.0f, static_cast<float>(kHueBins - 1)))]);
+        return static_cast<std::size_t>(m_hues.binCluster[HueBin(lch.z, kHueBins)]);
     }
 
 private:
@@ -92,36 +91,6 @@ std::vector<std::size_t> ToneOfLevel(const std::vector<double>& bins, int tones)
     return numbers;
 }
 
-// The light of the pixels of a group and a tone.
-struct Sum {
-    double red = 0.0, green = 0.0, blue = 0.0;
-    double pixels = 0.0;
-};
-
-PaletteColor MeanOf(const Sum& sum, double pixels)
-{
-    const Math::CVector3<float> mean(static_cast<float>(sum.red / sum.pixels),
-                                     static_cast<float>(sum.green / sum.pixels),
-                                     static_cast<float>(sum.blue / sum.pixels));
-    Math::CVector3<float> srgb;
-    CColor::LinearToNonlinearToneCurve(false, false, mean, srgb);
-    const auto bytes = CColor::Clamp(srgb, 0.0f, 1.0f) * 255.0f + 0.5f;
-    return {{static_cast<unsigned char>(bytes.x), static_cast<unsigned char>(bytes.y),
-             static_cast<unsigned char>(bytes.z)},
-            sum.pixels / pixels};
-}
-
-std::vector<double> LightOfByte()
-{
-    std::vector<double> light(256);
-    for (std::size_t i = 0; i < light.size(); ++i) {
-        float linear = 0.0f;
-        CColor::NonlinearToLinearToneCurve(false, static_cast<float>(i) / 255.0f, linear);
-        light[i] = static_cast<double>(linear);
-    }
-    return light;
-}
-
 }   // namespace
 
 std::vector<PaletteColor> PaletteOf(const Image& image, const PaletteOptions& options)
@@ -136,22 +105,16 @@ std::vector<PaletteColor> PaletteOf(const Image& image, const PaletteOptions& op
         toneOfLevel.push_back(ToneOfLevel(histogram, options.tones));
 
     const auto tones = static_cast<std::size_t>(options.tones);
-    std::vector<Sum> sums(groups.Count() * tones);
-    const std::vector<double> light = LightOfByte();
+    std::vector<MeanLight> means(groups.Count() * tones);
     ForEachLuv(image, options.illuminant, [&](std::size_t pixel, const Math::CVector3<float>& luv) {
         const std::size_t group = groups.Of(luv);
-        Sum& sum = sums[group * tones + toneOfLevel[group][LevelOf(luv.x)]];
-        const unsigned char* p = image.pixels.data() + 4 * pixel;
-        sum.red += light[p[0]];
-        sum.green += light[p[1]];
-        sum.blue += light[p[2]];
-        sum.pixels += 1.0;
+        means[group * tones + toneOfLevel[group][LevelOf(luv.x)]].Add(image.pixels.data() + 4 * pixel, 1.0);
     });
 
     std::vector<PaletteColor> palette;
-    for (const Sum& sum : sums)
-        if (sum.pixels > 0.0)
-            palette.push_back(MeanOf(sum, static_cast<double>(image.Count())));
+    for (const MeanLight& mean : means)
+        if (mean.Weight() > 0.0)
+            palette.push_back({mean.Bytes(), mean.Weight() / static_cast<double>(image.Count())});
     std::ranges::stable_sort(palette, std::greater(), &PaletteColor::share);
     palette.resize(std::min(palette.size(), static_cast<std::size_t>(options.count)));
     return palette;

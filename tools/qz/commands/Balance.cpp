@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "tools/qz/operations/Balance.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+#include "tools/qz/commands/Commands.h"
+#include "tools/qz/commands/PictureOptions.h"
+
+namespace QZ::Tool {
+
+namespace {
+
+struct Options {
+    PictureToPicture files;
+    BalanceOptions balance;
+};
+
+std::string Describe(const Light& light)
+{
+    char text[160];
+    const int length = std::snprintf(text, sizeof text, "white  XYZ %.4f %.4f %.4f   x %.4f   y %.4f   ",
+                                     light.white.x, light.white.y, light.white.z, light.x, light.y);
+    std::string line(text, static_cast<std::size_t>(length));
+    if (!light.kelvin)
+        return line + "no colour temperature: out of range\n";
+    std::snprintf(text, sizeof text, "%.0f K\n", *light.kelvin);
+    return line + text;
+}
+
+nlohmann::ordered_json Json(const Image& image, const Light& light)
+{
+    nlohmann::ordered_json document = {{"width", image.width},
+                                       {"height", image.height},
+                                       {"xyz", {light.white.x, light.white.y, light.white.z}},
+                                       {"x", light.x},
+                                       {"y", light.y},
+                                       {"kelvin", nullptr}};
+    if (light.kelvin)
+        document["kelvin"] = *light.kelvin;
+    return document;
+}
+
+Status Run(const Options& options, Context& context)
+{
+    Image image = options.files.Read(context);
+    context.Progress("balancing");
+    const Light light = BalanceWhite(options.balance, image);
+    options.files.Write(image, context);
+    if (context.json)
+        context.PrintJson(Json(image, light));
+    else
+        context.Print(Describe(light));
+    return Status::Done;
+}
+
+}   // namespace
+
+void RegisterBalance(CommandLine& line)
+{
+    const auto options = std::make_shared<Options>();
+    CLI::App& command = line.Add(
+        "balance", "Estimate the light of a picture and take its colour out.",
+        {{"qz balance photo.jpg balanced.png", "the mean of the picture becomes grey"},
+         {"qz balance photo.jpg balanced.png --method lsrs", "by local surfaces"},
+         {"qz balance photo.jpg balanced.png --light 214,200,171", "what has this colour becomes grey"},
+         {"qz balance photo.jpg balanced.png --p3", "into Display P3"}},
+        [options](Context& context) { return Run(*options, context); });
+    options->files.AddTo(command);
+    line.AddJson(command);
+    BalanceOptions& balance = options->balance;
+    using Method = BalanceOptions::Method;
+    AddChoice(command, "--method", balance.method,
+              {{"grey-world", Method::GreyWorld}, {"max-gray", Method::MaxGray}, {"lsrs", Method::LSRS}},
+              "grey-world (the mean is grey), max-gray (the brightest is) or lsrs (grey-world)");
+    command.add_flag("--large-tiles", balance.largeTiles, "With lsrs: about 3 surfaces instead of 22");
+    AddNumbers(
+        command, "--light", 3,
+        [&balance](const std::vector<float>& rgb) {
+            if (std::ranges::any_of(rgb, [](float c) { return c < 0.0f || c > 255.0f; }))
+                throw CLI::ValidationError("--light", "wants numbers from 0 to 255");
+            balance.light = {rgb[0], rgb[1], rgb[2]};
+        },
+        "sRGB, 0 to 255, of what should be grey, in place of an estimate: R,G,B");
+    AddIlluminant(command, balance.illuminant);
+    command.add_flag("--p3", balance.displayP3, "Write Display P3, with its profile");
+}
+
+}   // namespace QZ::Tool

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "tools/qz/operations/Posterize.h"
+
+#include <memory>
+
+#include "tools/qz/commands/Commands.h"
+#include "tools/qz/commands/GreyOptions.h"
+#include "tools/qz/commands/PictureOptions.h"
+
+namespace QZ::Tool {
+
+namespace {
+
+struct Options {
+    PictureToPicture files;
+    Output palette;
+    PosterizeOptions posterize;
+};
+
+std::string Count(std::size_t n, const std::string& noun)
+{
+    return std::to_string(n) + " " + noun + (n == 1 ? "" : "s");
+}
+
+std::string Describe(const Posterized& result, const Context& context)
+{
+    return Count(result.tones.size(), "tone") + " in " +
+           Count(static_cast<std::size_t>(result.groups), "group") + "\n" +
+           PaletteText(result.tones, context);
+}
+
+nlohmann::ordered_json Json(const Image& image, const Posterized& result)
+{
+    nlohmann::ordered_json tones = nlohmann::ordered_json::array();
+    for (const PaletteColor& tone : result.tones)
+        tones.push_back({{"grey", tone.rgb[0]}, {"share", tone.share}});
+    return {{"width", image.width}, {"height", image.height}, {"groups", result.groups}, {"tones", tones}};
+}
+
+void CheckPalette(const Options& options, const Context& context)
+{
+    const std::string& path = options.palette.path;
+    if (path == "-" || path == options.files.out.path)
+        throw Failure(Status::Usage, "--palette", "it wants a file of its own", "name a .png or .jpg");
+    CheckOutput(options.palette, context);
+}
+
+Status Run(const Options& options, Context& context)
+{
+    const bool draws = !options.palette.path.empty();
+    if (draws)
+        CheckPalette(options, context);
+    Image image = options.files.Read(context);
+    context.Progress("finding hues and greys");
+    const Posterized result = Posterize(options.posterize, image);
+    options.files.Write(image, context);
+    if (draws)
+        WriteImage(PaletteSheet(result.tones, "Tones"), options.palette, context);
+    if (context.json)
+        context.PrintJson(Json(image, result));
+    else
+        context.Print(Describe(result, context));
+    return Status::Done;
+}
+
+}   // namespace
+
+void RegisterPosterize(CommandLine& line)
+{
+    const auto options = std::make_shared<Options>();
+    CLI::App& command = line.Add(
+        "posterize", "Reduce a picture to a few greys for each of its hues, which so stay apart.",
+        {{"qz posterize photo.jpg poster.png", "four groups of hue and one of little colour"},
+         {"qz posterize photo.jpg poster.png --hues 6 --greys 2", "more groups, fewer greys in each"},
+         {"qz posterize photo.jpg poster.png --palette tones.png", "the tones as a picture too"}},
+        [options](Context& context) { return Run(*options, context); });
+    options->files.AddTo(command);
+    line.AddJson(command);
+    PosterizeOptions& posterize = options->posterize;
+    command.add_option("--palette", options->palette.path, "Also draw the tones: .png or .jpg")
+        ->type_name("OUT");
+    command.add_option("--hues", posterize.hues, "Groups of hue at most, 1 to 32 (4)")
+        ->check(CLI::Range(1, 32).description(""))
+        ->type_name("N");
+    command.add_option("--greys", posterize.greys, "Greys of each group at most, 1 to 32 (3)")
+        ->check(CLI::Range(1, 32).description(""))
+        ->type_name("N");
+    command
+        .add_option("--saturation", posterize.saturation,
+                    "What is less saturated belongs to no hue, 0 to 1 (0.5)")
+        ->check(Between(0, 1))
+        ->type_name("S");
+    command.add_option("--min-angle", posterize.minAngle, "Join hues closer than so many degrees (0)")
+        ->check(Between(0, 180))
+        ->type_name("X");
+    command
+        .add_option("--min-gap", posterize.minGap,
+                    "Merge greys of a group that differ by at most so many levels (0)")
+        ->check(Between(0, 255))
+        ->type_name("N");
+    AddIlluminant(command, posterize.illuminant);
+    AddToneCurve(command, posterize.curve);
+}
+
+}   // namespace QZ::Tool
