@@ -141,12 +141,15 @@ struct MetadataItem {
 /// Compressed or uncompressed sound, or timed metadata, with its time. Not changed once handed over.
 struct SampleBuffer {
     std::shared_ptr<const FormatDescription> format;
-    Time presentationTime = TimeZero;   ///< of its first sample
+    Time presentationTime = TimeZero;   ///< of its first sample, behind any leading frames
     Time duration = TimeZero;           ///< of the whole; uncompressed sound may leave it 0: its bytes tell
     std::vector<unsigned char> bytes;
     /// Bytes of each packet of compressed sound, which follow each other in `bytes` and last equally long;
     /// empty when the bytes are one sample, or uncompressed.
     std::vector<std::uint32_t> sampleSizes;
+    /// Compressed sound: frames that a decoder makes of the first bytes and nobody hears (its priming). Only
+    /// the first buffer of a track has them.
+    std::int64_t leadingFrames = 0;
 
     /// Timed metadata as text: a sample that says these items from `time` on.
     ///

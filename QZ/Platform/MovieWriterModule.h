@@ -12,10 +12,12 @@
 namespace QZ::Platform {
 
 class AssetWriterFactory;
+class MovieReader;
+struct MovieReadError;
 
-/// Raised with every change of a class that crosses the seam (AssetWriter.h, MediaBuffers.h,
+/// Raised with every change of a class that crosses the seam (AssetWriter.h, MovieReader.h, MediaBuffers.h,
 /// DispatchQueue.h).
-inline constexpr std::uint32_t kMovieWriterABIVersion = 1;
+inline constexpr std::uint32_t kMovieWriterABIVersion = 2;
 
 inline constexpr char kMovieWriterFileName[] = "libQZMovieWriter.so";
 
@@ -28,5 +30,11 @@ inline constexpr char kMovieWriterFileName[] = "libQZMovieWriter.so";
 /// \return the module's factory, which lives as long as the module, or null when it was built for another version.
 using MovieWriterEntry = AssetWriterFactory* (*)(std::uint32_t abiVersion);
 inline constexpr char kMovieWriterEntryName[] = "QZMovieWriterFactory";
+
+/// The type of the module's other entry point, which opens a movie as MovieReader::Open does.
+/// \return a reader that the caller deletes; null with an error, which a module of another version gives too.
+using MovieReaderEntry = MovieReader* (*)(std::uint32_t abiVersion, const std::string& path,
+                                          std::int64_t mostPixels, MovieReadError& error);
+inline constexpr char kMovieReaderEntryName[] = "QZMovieReaderOpen";
 
 }   // namespace QZ::Platform

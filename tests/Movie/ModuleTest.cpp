@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "QZ/Platform/AssetWriter.h"
+#include "QZ/Platform/MovieReader.h"
 #include "tests/Movie/Scratch.h"
 
 namespace QZ::Test {
@@ -18,9 +19,15 @@ TEST(MovieWriterModule, IsToldAsMissingAndIsFoundAgain)
     EXPECT_EQ(AssetWriterFactory::Shared(), nullptr);
     const std::string reason = AssetWriterFactory::SharedReason();
     EXPECT_NE(reason.find(empty.File("libQZMovieWriter.so")), std::string::npos) << reason;
+    Platform::MovieReadError error;
+    EXPECT_EQ(Platform::MovieReader::Open(QZ_MODULE_FILE, error), nullptr);
+    EXPECT_EQ(error.kind, Platform::MovieReadError::Kind::NoModule);
+    EXPECT_EQ(error.reason, reason);
     AssetWriterFactory::SetModuleFolder(std::nullopt);
     EXPECT_NE(AssetWriterFactory::Shared(), nullptr) << AssetWriterFactory::SharedReason();
     EXPECT_EQ(AssetWriterFactory::SharedReason(), "");
+    EXPECT_EQ(Platform::MovieReader::Open(QZ_MODULE_FILE, error), nullptr);
+    EXPECT_EQ(error.kind, Platform::MovieReadError::Kind::NotAMovie);
 }
 
 std::string Needed(const char* file)
@@ -38,10 +45,10 @@ TEST(MovieWriterModule, AloneNeedsTheCodecLibraries)
     }
 }
 
-TEST(MovieWriterModule, ShowsOneEntryPoint)
+TEST(MovieWriterModule, ShowsItsEntryPointsAlone)
 {
     const std::string symbols = Output("nm -D --defined-only '" QZ_MODULE_FILE "' | awk '{print $3}'");
-    EXPECT_EQ(symbols, "QZMovieWriterFactory\n");
+    EXPECT_EQ(symbols, "QZMovieReaderOpen\nQZMovieWriterFactory\n");
 }
 
 }   // namespace

@@ -46,7 +46,7 @@ bool PassThroughTrack::Write(const QueuedSample& sample)
     if (first)
         track.contentStart = time;
     if (track.media == Media::Audio) {
-        WriteSound(*sample.buffer, time);
+        WriteSound(*sample.buffer, first ? time - sample.buffer->leadingFrames : time);
     } else {
         WriteMetadata(*sample.buffer, time);
     }
