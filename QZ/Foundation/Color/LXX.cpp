@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "QZ/Foundation/Color/CColor.h"
 #include "QZ/Foundation/Color/Formulas/LXX.h"
+#include "QZ/Foundation/Color/CColor.h"
 
 namespace QZ::Foundation {
 

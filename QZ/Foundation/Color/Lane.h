@@ -43,13 +43,29 @@ struct Lane {
 
     /// How many floats it holds.
     static HWY_INLINE std::size_t Size() { return hn::Lanes(Tag()); }
-
-    friend HWY_INLINE Lane operator+(Lane a, Lane b) { return hn::Add(a.vector, b.vector); }
-    friend HWY_INLINE Lane operator-(Lane a, Lane b) { return hn::Sub(a.vector, b.vector); }
-    friend HWY_INLINE Lane operator*(Lane a, Lane b) { return hn::Mul(a.vector, b.vector); }
-    friend HWY_INLINE Lane operator/(Lane a, Lane b) { return hn::Div(a.vector, b.vector); }
-    friend HWY_INLINE Lane operator-(Lane a) { return hn::Neg(a.vector); }
 };
+
+// Outside the class: GCC does not give friends written inside it the instruction set.
+HWY_INLINE Lane operator+(Lane a, Lane b)
+{
+    return hn::Add(a.vector, b.vector);
+}
+HWY_INLINE Lane operator-(Lane a, Lane b)
+{
+    return hn::Sub(a.vector, b.vector);
+}
+HWY_INLINE Lane operator*(Lane a, Lane b)
+{
+    return hn::Mul(a.vector, b.vector);
+}
+HWY_INLINE Lane operator/(Lane a, Lane b)
+{
+    return hn::Div(a.vector, b.vector);
+}
+HWY_INLINE Lane operator-(Lane a)
+{
+    return hn::Neg(a.vector);
+}
 
 /// A truth value for each float of a Lane.
 struct LaneMask {

@@ -38,11 +38,21 @@ HWY_INLINE void ForEachVector(const In* in, std::size_t inSize, std::size_t coun
     std::memcpy(out + outSize * i, outRest, (count - i) * outSize * sizeof(Out));
 }
 
+/// Colours as floats, three each. An empty row may have no address.
+HWY_INLINE const float* Components(const Math::CVector3<float>* colors)
+{
+    return reinterpret_cast<const float*>(colors);
+}
+HWY_INLINE float* Components(Math::CVector3<float>* colors)
+{
+    return reinterpret_cast<float*>(colors);
+}
+
 template <auto formula>
 HWY_FLATTEN void ColorRow(const RowSettings& settings, const Math::CVector3<float>* in, std::size_t count,
                           Math::CVector3<float>* out)
 {
-    ForEachVector(&in->x, 3, count, &out->x, 3, [&](const float* from, float* to) {
+    ForEachVector(Components(in), 3, count, Components(out), 3, [&](const float* from, float* to) HWY_ATTR {
         StoreColors(formula(settings, LoadColors(from)), to);
     });
 }
@@ -53,7 +63,7 @@ HWY_FLATTEN void FromPixels(const RowSettings& settings, const unsigned char* rg
                             Math::CVector3<float>* out)
 {
     const float* linear = (settings.useGamma22 ? LinearOfGamma22Byte() : LinearOfSRGBByte()).data();
-    ForEachVector(rgba, 4, count, &out->x, 3, [&](const unsigned char* from, float* to) {
+    ForEachVector(rgba, 4, count, Components(out), 3, [&](const unsigned char* from, float* to) HWY_ATTR {
         StoreColors(formula(settings, LoadPixels(linear, from)), to);
     });
 }
@@ -65,7 +75,7 @@ HWY_INLINE Vec3<F> PowerBase(bool isPurePower, const Vec3<F>& v)
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
     if (!isPurePower)
         return v;
-    return Map(v, [](F c) { return Select(c == -kInfinity, F(kInfinity), c); });
+    return Map(v, [](F c) HWY_ATTR { return Select(c == -kInfinity, F(kInfinity), c); });
 }
 
 /// The formula ends with linear light. Its clamps are left to the curve, which has them all.
@@ -74,284 +84,144 @@ HWY_FLATTEN void ToPixels(const RowSettings& settings, const Math::CVector3<floa
                           unsigned char* rgba)
 {
     const ByteCurve& encode = EncodedByte(settings.useGamma22);
-    ForEachVector(&in->x, 3, count, rgba, 4, [&](const float* from, unsigned char* to) {
+    ForEachVector(Components(in), 3, count, rgba, 4, [&](const float* from, unsigned char* to) HWY_ATTR {
         StorePixels(encode, formula(settings, LoadColors(from)), to);
     });
 }
+
+// A formula, as the parameter of a row. The lambdas carry the instruction set themselves: GCC does not pass
+// the pragma on to them.
+#define QZ_FORMULA(...) \
+    []([[maybe_unused]] const RowSettings& s, const auto& v) HWY_ATTR { return __VA_ARGS__; }
+#define QZ_EACH(...) QZ_FORMULA(Map(v, [](auto c) HWY_ATTR { return __VA_ARGS__; }))
 
 const RowKernels kRows =
     {
         .colors =
             {
-                .NonlinearToLinearToneCurve = ColorRow<[](const RowSettings& s, const auto& v) {
-                    return NonlinearToLinear(s.useGamma22, s.extendedRange, v);
-                }>,
-                .LinearToNonlinearToneCurve = ColorRow<[](const RowSettings& s, const auto& v) {
-                    return LinearToNonlinear(s.useGamma22, s.extendedRange, v);
-                }>,
-                .NonlinearToLinear709ToneCurve = ColorRow<[](const RowSettings&, const auto& v) {
-                    return Map(v, [](auto c) { return Rec709ToLinear(c); });
-                }>,
-                .LinearToNonlinear709ToneCurve = ColorRow<[](const RowSettings&, const auto& v) {
-                    return Map(v, [](auto c) { return LinearToRec709(c); });
-                }>,
-                .NonlinearToLinearApple709ToneCurve = ColorRow<[](const RowSettings&, const auto& v) {
-                    return Map(v, [](auto c) { return Pow<Exponent::k1_961>(c); });
-                }>,
-                .LinearToNonlinearApple709ToneCurve = ColorRow<[](const RowSettings&, const auto& v) {
-                    return Map(v, [](auto c) { return Pow<Exponent::k0_5099439>(c); });
-                }>,
-                .SRGBToRGB709 = ColorRow<[](const RowSettings&, const auto& v) {
-                    return Map(v, [](auto c) { return SRGBToRec709(c); });
-                }>,
-                .LinearRGBToXYZ = ColorRow<[](const RowSettings& s, const auto& v) {
-                    return LinearRGBToXYZ(s.illuminant, v);
-                }>,
-                .XYZToLinearRGB = ColorRow<[](const RowSettings& s, const auto& v) {
-                    return XYZToLinearRGB(s.extendedRange, s.illuminant, v);
-                }>,
-                .SRGBToXYZ = ColorRow<[](const RowSettings& s, const auto& v) {
-                    return SRGBToXYZ(s.useGamma22, s.extendedRange, s.illuminant, v);
-                }>,
-                .XYZToSRGB = ColorRow<[](const RowSettings& s, const auto& v) {
-                    return XYZToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v);
-                }>,
-                .SRGBToYCbCr = ColorRow<[](const RowSettings&, const auto& v) { return SRGBToYCbCr(v); }>,
-                .YCbCrToSRGB = ColorRow<[](const RowSettings&, const auto& v) { return YCbCrToSRGB(v); }>,
-                .RGBToYIQ = ColorRow<[](const RowSettings&, const auto& v) { return RGBToYIQ(v); }>,
-                .YIQToRGB = ColorRow<[](const RowSettings&, const auto& v) { return YIQToRGB(v); }>,
-                .XYZtoLab =
-                    ColorRow<[](const RowSettings& s, const auto& v) { return XYZToLab(s.illuminant, v); }>,
-                .LabToXYZ =
-                    ColorRow<[](const RowSettings& s, const auto& v) { return LabToXYZ(s.illuminant, v); }>,
-                .LinearRGBToLab = ColorRow<[](const RowSettings& s, const auto& v) {
-                    return LinearRGBToLab(s.illuminant, v);
-                }>,
-                .LabToLinearRGB = ColorRow<[](const RowSettings& s, const auto& v) {
-                    return LabToLinearRGB(s.extendedRange, s.illuminant, v);
-                }>,
-                .SRGBToLab = ColorRow<[](const RowSettings& s, const auto& v) {
-                    return SRGBToLab(s.useGamma22, s.extendedRange, s.illuminant, v);
-                }>,
-                .LabToSRGB =
-                    ColorRow<
-                        [](const RowSettings& s, const auto& v) {
-                            return LabToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v);
-                        }>,
+                .NonlinearToLinearToneCurve =
+                    ColorRow<QZ_FORMULA(NonlinearToLinear(s.useGamma22, s.extendedRange, v))>,
+                .LinearToNonlinearToneCurve =
+                    ColorRow<QZ_FORMULA(LinearToNonlinear(s.useGamma22, s.extendedRange, v))>,
+                .NonlinearToLinear709ToneCurve = ColorRow<QZ_EACH(Rec709ToLinear(c))>,
+                .LinearToNonlinear709ToneCurve = ColorRow<QZ_EACH(LinearToRec709(c))>,
+                .NonlinearToLinearApple709ToneCurve = ColorRow<QZ_EACH(Pow<Exponent::k1_961>(c))>,
+                .LinearToNonlinearApple709ToneCurve = ColorRow<QZ_EACH(Pow<Exponent::k0_5099439>(c))>,
+                .SRGBToRGB709 = ColorRow<QZ_EACH(SRGBToRec709(c))>,
+                .LinearRGBToXYZ = ColorRow<QZ_FORMULA(LinearRGBToXYZ(s.illuminant, v))>,
+                .XYZToLinearRGB = ColorRow<QZ_FORMULA(XYZToLinearRGB(s.extendedRange, s.illuminant, v))>,
+                .SRGBToXYZ = ColorRow<QZ_FORMULA(SRGBToXYZ(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .XYZToSRGB = ColorRow<QZ_FORMULA(XYZToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .SRGBToYCbCr = ColorRow<QZ_FORMULA(SRGBToYCbCr(v))>,
+                .YCbCrToSRGB = ColorRow<QZ_FORMULA(YCbCrToSRGB(v))>,
+                .RGBToYIQ = ColorRow<QZ_FORMULA(RGBToYIQ(v))>,
+                .YIQToRGB = ColorRow<QZ_FORMULA(YIQToRGB(v))>,
+                .XYZtoLab = ColorRow<QZ_FORMULA(XYZToLab(s.illuminant, v))>,
+                .LabToXYZ = ColorRow<QZ_FORMULA(LabToXYZ(s.illuminant, v))>,
+                .LinearRGBToLab = ColorRow<QZ_FORMULA(LinearRGBToLab(s.illuminant, v))>,
+                .LabToLinearRGB = ColorRow<QZ_FORMULA(LabToLinearRGB(s.extendedRange, s.illuminant, v))>,
+                .SRGBToLab = ColorRow<QZ_FORMULA(SRGBToLab(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .LabToSRGB = ColorRow<QZ_FORMULA(LabToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v))>,
                 .ExtendedRangeSRGBToLab =
-                    ColorRow<
-                        [](const RowSettings& s, const auto& v) {
-                            return ExtendedRangeSRGBToLab(s.useGamma22, s.illuminant, v);
-                        }>,
+                    ColorRow<QZ_FORMULA(ExtendedRangeSRGBToLab(s.useGamma22, s.illuminant, v))>,
                 .LabToExtendedRangeSRGB =
-                    ColorRow<
-                        [](const RowSettings& s, const auto& v) {
-                            return LabToExtendedRangeSRGB(s.useGamma22, s.illuminant, v);
-                        }>,
-                .LabToLCh = ColorRow<[](const RowSettings&, const auto& v) { return ToPolar(v); }>,
-                .XYZtoLuv = ColorRow<[](const RowSettings& s,
-                                        const auto& v) { return XYZToLuv(s.illuminant, v); }>,
-                .LuvToXYZ = ColorRow<[](const RowSettings& s,
-                                        const auto& v) { return LuvToXYZ(s.illuminant, v); }>,
-                .LinearRGBToLuv = ColorRow<[](const RowSettings& s,
-                                              const auto& v) { return LinearRGBToLuv(s.illuminant, v); }>,
-                .LuvToLinearRGB =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return LuvToLinearRGB(s.extendedRange, s.illuminant, v); }>,
-                .SRGBToLuv =
-                    ColorRow<
-                        [](const RowSettings& s, const auto& v) {
-                            return SRGBToLuv(s.useGamma22, s.extendedRange, s.illuminant, v);
-                        }>,
-                .LuvToSRGB =
-                    ColorRow<
-                        [](const RowSettings& s, const auto& v) {
-                            return LuvToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v);
-                        }>,
-                .LuvToLChuv = ColorRow<[](const RowSettings&, const auto& v) { return ToPolar(v); }>,
-                .XYZToYxy = ColorRow<[](const RowSettings&, const auto& v) { return XYZToYxy(v); }>,
-                .YxyToXYZ = ColorRow<[](const RowSettings&, const auto& v) { return YxyToXYZ(v); }>,
-                .LinearRGBToYxy = ColorRow<[](const RowSettings& s,
-                                              const auto& v) { return LinearRGBToYxy(s.illuminant, v); }>,
-                .YxyToLinearRGB =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return YxyToLinearRGB(s.extendedRange, s.illuminant, v); }>,
-                .RGBToHSV = ColorRow<[](const RowSettings&, const auto& v) { return RGBToHSV(v); }>,
-                .HSVToRGB = ColorRow<[](const RowSettings&, const auto& v) { return HSVToRGB(v); }>,
-                .XYZToIPT = ColorRow<[](const RowSettings& s,
-                                        const auto& v) { return XYZToIPT(s.illuminant, v); }>,
-                .IPTToXYZ = ColorRow<[](const RowSettings& s,
-                                        const auto& v) { return IPTToXYZ(s.illuminant, v); }>,
-                .LinearRGBToIPT = ColorRow<[](const RowSettings& s,
-                                              const auto& v) { return LinearRGBToIPT(s.illuminant, v); }>,
-                .IPTToLinearRGB =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return IPTToLinearRGB(s.extendedRange, s.illuminant, v); }>,
-                .SRGBToIPT =
-                    ColorRow<
-                        [](const RowSettings& s, const auto& v) {
-                            return SRGBToIPT(s.useGamma22, s.extendedRange, s.illuminant, v);
-                        }>,
-                .IPTToSRGB =
-                    ColorRow<
-                        [](const RowSettings& s, const auto& v) {
-                            return IPTToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v);
-                        }>,
-                .IPTToICH = ColorRow<[](const RowSettings&, const auto& v) { return IPTToICH(v); }>,
-                .ICHToIPT = ColorRow<[](const RowSettings&, const auto& v) { return ICHToIPT(v); }>,
-                .LinearRGBToICH = ColorRow<[](const RowSettings& s,
-                                              const auto& v) { return LinearRGBToICH(s.illuminant, v); }>,
-                .ICHToLinearRGB =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return ICHToLinearRGB(s.extendedRange, s.illuminant, v); }>,
-                .SRGBToLMS =
-                    ColorRow<
-                        [](const RowSettings& s, const auto& v) {
-                            return SRGBToLMS(s.useGamma22, s.extendedRange, s.illuminant, v);
-                        }>,
-                .LinearDisplayP3ToXYZ =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return LinearDisplayP3ToXYZ(s.illuminant, v); }>,
-                .XYZToLinearDisplayP3 =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return XYZToLinearDisplayP3(s.illuminant, v); }>,
-                .DisplayP3ToXYZ =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return DisplayP3ToXYZ(s.useGamma22, s.illuminant, v); }>,
-                .XYZToDisplayP3 =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return XYZToDisplayP3(s.useGamma22, s.illuminant, v); }>,
+                    ColorRow<QZ_FORMULA(LabToExtendedRangeSRGB(s.useGamma22, s.illuminant, v))>,
+                .LabToLCh = ColorRow<QZ_FORMULA(ToPolar(v))>,
+                .XYZtoLuv = ColorRow<QZ_FORMULA(XYZToLuv(s.illuminant, v))>,
+                .LuvToXYZ = ColorRow<QZ_FORMULA(LuvToXYZ(s.illuminant, v))>,
+                .LinearRGBToLuv = ColorRow<QZ_FORMULA(LinearRGBToLuv(s.illuminant, v))>,
+                .LuvToLinearRGB = ColorRow<QZ_FORMULA(LuvToLinearRGB(s.extendedRange, s.illuminant, v))>,
+                .SRGBToLuv = ColorRow<QZ_FORMULA(SRGBToLuv(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .LuvToSRGB = ColorRow<QZ_FORMULA(LuvToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .LuvToLChuv = ColorRow<QZ_FORMULA(ToPolar(v))>,
+                .XYZToYxy = ColorRow<QZ_FORMULA(XYZToYxy(v))>,
+                .YxyToXYZ = ColorRow<QZ_FORMULA(YxyToXYZ(v))>,
+                .LinearRGBToYxy = ColorRow<QZ_FORMULA(LinearRGBToYxy(s.illuminant, v))>,
+                .YxyToLinearRGB = ColorRow<QZ_FORMULA(YxyToLinearRGB(s.extendedRange, s.illuminant, v))>,
+                .RGBToHSV = ColorRow<QZ_FORMULA(RGBToHSV(v))>,
+                .HSVToRGB = ColorRow<QZ_FORMULA(HSVToRGB(v))>,
+                .XYZToIPT = ColorRow<QZ_FORMULA(XYZToIPT(s.illuminant, v))>,
+                .IPTToXYZ = ColorRow<QZ_FORMULA(IPTToXYZ(s.illuminant, v))>,
+                .LinearRGBToIPT = ColorRow<QZ_FORMULA(LinearRGBToIPT(s.illuminant, v))>,
+                .IPTToLinearRGB = ColorRow<QZ_FORMULA(IPTToLinearRGB(s.extendedRange, s.illuminant, v))>,
+                .SRGBToIPT = ColorRow<QZ_FORMULA(SRGBToIPT(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .IPTToSRGB = ColorRow<QZ_FORMULA(IPTToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .IPTToICH = ColorRow<QZ_FORMULA(IPTToICH(v))>,
+                .ICHToIPT = ColorRow<QZ_FORMULA(ICHToIPT(v))>,
+                .LinearRGBToICH = ColorRow<QZ_FORMULA(LinearRGBToICH(s.illuminant, v))>,
+                .ICHToLinearRGB = ColorRow<QZ_FORMULA(ICHToLinearRGB(s.extendedRange, s.illuminant, v))>,
+                .SRGBToLMS = ColorRow<QZ_FORMULA(SRGBToLMS(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .LinearDisplayP3ToXYZ = ColorRow<QZ_FORMULA(LinearDisplayP3ToXYZ(s.illuminant, v))>,
+                .XYZToLinearDisplayP3 = ColorRow<QZ_FORMULA(XYZToLinearDisplayP3(s.illuminant, v))>,
+                .DisplayP3ToXYZ = ColorRow<QZ_FORMULA(DisplayP3ToXYZ(s.useGamma22, s.illuminant, v))>,
+                .XYZToDisplayP3 = ColorRow<QZ_FORMULA(XYZToDisplayP3(s.useGamma22, s.illuminant, v))>,
                 .LinearDisplayP3ToDisplayP3 =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return LinearDisplayP3ToDisplayP3(s.useGamma22, v); }>,
+                    ColorRow<QZ_FORMULA(LinearDisplayP3ToDisplayP3(s.useGamma22, v))>,
                 .DisplayP3ToSRGB =
-                    ColorRow<
-                        [](const RowSettings& s, const auto& v) {
-                            return DisplayP3ToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v);
-                        }>,
+                    ColorRow<QZ_FORMULA(DisplayP3ToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v))>,
                 .SRGBToDisplayP3 =
-                    ColorRow<
-                        [](const RowSettings& s, const auto& v) {
-                            return SRGBToDisplayP3(s.useGamma22, s.extendedRange, s.illuminant, v);
-                        }>,
-                .DisplayP3ToLab =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return DisplayP3ToLab(s.useGamma22, s.illuminant, v); }>,
-                .LabToDisplayP3 =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return LabToDisplayP3(s.useGamma22, s.illuminant, v); }>,
-                .DisplayP3ToIPT =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return DisplayP3ToIPT(s.useGamma22, s.illuminant, v); }>,
-                .IPTToDisplayP3 =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return IPTToDisplayP3(s.useGamma22, s.illuminant, v); }>,
-                .LinearDisplayP3ToIPT =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return LinearDisplayP3ToIPT(s.illuminant, v); }>,
-                .IPTToLinearDisplayP3 =
-                    ColorRow<[](const RowSettings& s,
-                                const auto& v) { return IPTToLinearDisplayP3(s.illuminant, v); }>,
+                    ColorRow<QZ_FORMULA(SRGBToDisplayP3(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .DisplayP3ToLab = ColorRow<QZ_FORMULA(DisplayP3ToLab(s.useGamma22, s.illuminant, v))>,
+                .LabToDisplayP3 = ColorRow<QZ_FORMULA(LabToDisplayP3(s.useGamma22, s.illuminant, v))>,
+                .DisplayP3ToIPT = ColorRow<QZ_FORMULA(DisplayP3ToIPT(s.useGamma22, s.illuminant, v))>,
+                .IPTToDisplayP3 = ColorRow<QZ_FORMULA(IPTToDisplayP3(s.useGamma22, s.illuminant, v))>,
+                .LinearDisplayP3ToIPT = ColorRow<QZ_FORMULA(LinearDisplayP3ToIPT(s.illuminant, v))>,
+                .IPTToLinearDisplayP3 = ColorRow<QZ_FORMULA(IPTToLinearDisplayP3(s.illuminant, v))>,
             },
         .fromPixels =
             {
-                .NonlinearToLinearToneCurve = FromPixels<[](const RowSettings&, const auto& v) { return v; }>,
-                .SRGBToRGB709 =
-                    FromPixels<[](const RowSettings&, const auto& v) {
-                        return Map(v, [](auto c) { return LinearToRec709(c); });
-                    }>,
-                .SRGBToXYZ = FromPixels<[](const RowSettings& s,
-                                           const auto& v) { return LinearRGBToXYZ(s.illuminant, v); }>,
-                .SRGBToLab = FromPixels<[](const RowSettings& s,
-                                           const auto& v) { return LinearRGBToLab(s.illuminant, v); }>,
+                .NonlinearToLinearToneCurve = FromPixels<QZ_FORMULA(v)>,
+                .SRGBToRGB709 = FromPixels<QZ_EACH(LinearToRec709(c))>,
+                .SRGBToXYZ = FromPixels<QZ_FORMULA(LinearRGBToXYZ(s.illuminant, v))>,
+                .SRGBToLab = FromPixels<QZ_FORMULA(LinearRGBToLab(s.illuminant, v))>,
                 .ExtendedRangeSRGBToLab =
-                    FromPixels<[](const RowSettings& s, const auto& v) {
-                        return XYZToLab(s.illuminant, LinearRGBToXYZ(CColor::eD50, v));
-                    }>,
-                .SRGBToLuv = FromPixels<[](const RowSettings& s,
-                                           const auto& v) { return LinearRGBToLuv(s.illuminant, v); }>,
-                .SRGBToIPT = FromPixels<[](const RowSettings& s,
-                                           const auto& v) { return LinearRGBToIPT(s.illuminant, v); }>,
-                .SRGBToLMS =
-                    FromPixels<[](const RowSettings& s, const auto& v) {
-                        return Constants::XYZToLMS(s.illuminant) * LinearRGBToXYZ(s.illuminant, v);
-                    }>,
-                .DisplayP3ToXYZ =
-                    FromPixels<[](const RowSettings& s,
-                                  const auto& v) { return LinearDisplayP3ToXYZ(s.illuminant, v); }>,
+                    FromPixels<QZ_FORMULA(XYZToLab(s.illuminant, LinearRGBToXYZ(CColor::eD50, v)))>,
+                .SRGBToLuv = FromPixels<QZ_FORMULA(LinearRGBToLuv(s.illuminant, v))>,
+                .SRGBToIPT = FromPixels<QZ_FORMULA(LinearRGBToIPT(s.illuminant, v))>,
+                .SRGBToLMS = FromPixels<QZ_FORMULA(Constants::XYZToLMS(s.illuminant) *
+                                                   LinearRGBToXYZ(s.illuminant, v))>,
+                .DisplayP3ToXYZ = FromPixels<QZ_FORMULA(LinearDisplayP3ToXYZ(s.illuminant, v))>,
                 .DisplayP3ToSRGB =
-                    FromPixels<
-                        [](const RowSettings& s, const auto& v) {
-                            return XYZToSRGB(s.useGamma22, s.extendedRange, s.illuminant,
-                                             LinearDisplayP3ToXYZ(s.illuminant, v));
-                        }>,
-                .SRGBToDisplayP3 =
-                    FromPixels<
-                        [](const RowSettings& s, const auto& v) {
-                            return XYZToDisplayP3(s.useGamma22, s.illuminant,
-                                                  LinearRGBToXYZ(s.illuminant, v));
-                        }>,
+                    FromPixels<QZ_FORMULA(XYZToSRGB(s.useGamma22, s.extendedRange, s.illuminant,
+                                                    LinearDisplayP3ToXYZ(s.illuminant, v)))>,
+                .SRGBToDisplayP3 = FromPixels<QZ_FORMULA(XYZToDisplayP3(s.useGamma22, s.illuminant,
+                                                                        LinearRGBToXYZ(s.illuminant, v)))>,
                 .DisplayP3ToLab =
-                    FromPixels<
-                        [](const RowSettings& s, const auto& v) {
-                            return XYZToLab(s.illuminant, LinearDisplayP3ToXYZ(s.illuminant, v));
-                        }>,
-                .DisplayP3ToIPT =
-                    FromPixels<[](
-                                   const RowSettings& s,
-                                   const auto& v) { return LinearDisplayP3ToIPT(s.illuminant, v); }>,
+                    FromPixels<QZ_FORMULA(XYZToLab(s.illuminant, LinearDisplayP3ToXYZ(s.illuminant, v)))>,
+                .DisplayP3ToIPT = FromPixels<QZ_FORMULA(LinearDisplayP3ToIPT(s.illuminant, v))>,
             },
         .toPixels =
             {
                 .LinearToNonlinearToneCurve =
-                    ToPixels<[](const RowSettings& s, const auto& v) {
-                        return PowerBase(s.useGamma22 && !s.extendedRange, v);
-                    }>,
-                .XYZToSRGB = ToPixels<[](const RowSettings& s,
-                                         const auto& v) { return XYZToLinearRGB(true, s.illuminant, v); }>,
-                .LabToSRGB = ToPixels<[](const RowSettings& s,
-                                         const auto& v) { return LabToLinearRGB(true, s.illuminant, v); }>,
+                    ToPixels<QZ_FORMULA(PowerBase(s.useGamma22 && !s.extendedRange, v))>,
+                .XYZToSRGB = ToPixels<QZ_FORMULA(XYZToLinearRGB(true, s.illuminant, v))>,
+                .LabToSRGB = ToPixels<QZ_FORMULA(LabToLinearRGB(true, s.illuminant, v))>,
                 .LabToExtendedRangeSRGB =
-                    ToPixels<[](const RowSettings& s, const auto& v) {
-                        return XYZToLinearRGB(true, CColor::eD50, LabToXYZ(s.illuminant, v));
-                    }>,
-                .LuvToSRGB = ToPixels<[](const RowSettings& s,
-                                         const auto& v) { return LuvToLinearRGB(true, s.illuminant, v); }>,
-                .IPTToSRGB = ToPixels<[](const RowSettings& s,
-                                         const auto& v) { return IPTToLinearRGB(true, s.illuminant, v); }>,
+                    ToPixels<QZ_FORMULA(XYZToLinearRGB(true, CColor::eD50, LabToXYZ(s.illuminant, v)))>,
+                .LuvToSRGB = ToPixels<QZ_FORMULA(LuvToLinearRGB(true, s.illuminant, v))>,
+                .IPTToSRGB = ToPixels<QZ_FORMULA(IPTToLinearRGB(true, s.illuminant, v))>,
                 .XYZToDisplayP3 =
-                    ToPixels<[](const RowSettings& s, const auto& v) {
-                        return PowerBase(s.useGamma22, XYZToLinearDisplayP3(s.illuminant, v));
-                    }>,
-                .LinearDisplayP3ToDisplayP3 =
-                    ToPixels<[](const RowSettings& s, const auto& v) { return PowerBase(s.useGamma22, v); }>,
+                    ToPixels<QZ_FORMULA(PowerBase(s.useGamma22, XYZToLinearDisplayP3(s.illuminant, v)))>,
+                .LinearDisplayP3ToDisplayP3 = ToPixels<QZ_FORMULA(PowerBase(s.useGamma22, v))>,
                 .DisplayP3ToSRGB =
-                    ToPixels<
-                        [](const RowSettings& s, const auto& v) {
-                            return XYZToLinearRGB(true, s.illuminant,
-                                                  DisplayP3ToXYZ(s.useGamma22, s.illuminant, v));
-                        }>,
+                    ToPixels<QZ_FORMULA(
+                        XYZToLinearRGB(true, s.illuminant, DisplayP3ToXYZ(s.useGamma22, s.illuminant, v)))>,
                 .SRGBToDisplayP3 =
-                    ToPixels<
-                        [](const RowSettings& s, const auto& v) {
-                            return PowerBase(
-                                s.useGamma22,
-                                XYZToLinearDisplayP3(
-                                    s.illuminant, SRGBToXYZ(s.useGamma22, s.extendedRange, s.illuminant, v)));
-                        }>,
+                    ToPixels<QZ_FORMULA(PowerBase(
+                        s.useGamma22,
+                        XYZToLinearDisplayP3(s.illuminant,
+                                             SRGBToXYZ(s.useGamma22, s.extendedRange, s.illuminant, v))))>,
                 .LabToDisplayP3 =
-                    ToPixels<
-                        [](const RowSettings& s, const auto& v) {
-                            return PowerBase(s.useGamma22,
-                                             XYZToLinearDisplayP3(s.illuminant, LabToXYZ(s.illuminant, v)));
-                        }>,
+                    ToPixels<QZ_FORMULA(PowerBase(s.useGamma22,
+                                                  XYZToLinearDisplayP3(s.illuminant,
+                                                                       LabToXYZ(s.illuminant, v))))>,
                 .IPTToDisplayP3 =
-                    ToPixels<
-                        [](const RowSettings& s, const auto& v) {
-                            return PowerBase(s.useGamma22, IPTToLinearDisplayP3(s.illuminant, v));
-                        }>,
+                    ToPixels<QZ_FORMULA(PowerBase(s.useGamma22, IPTToLinearDisplayP3(s.illuminant, v)))>,
             },
 };
+
+#undef QZ_EACH
+#undef QZ_FORMULA
 
 const RowKernels* RowsOfTarget()
 {

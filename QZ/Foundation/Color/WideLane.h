@@ -26,25 +26,28 @@ struct WideLane {
 
     HWY_INLINE WideLane(Vector l, Vector u) : lower(l), upper(u) {}
     HWY_INLINE explicit WideLane(double x) : lower(hn::Set(Tag(), x)), upper(hn::Set(Tag(), x)) {}
-
-    friend HWY_INLINE WideLane operator+(WideLane a, WideLane b)
-    {
-        return {hn::Add(a.lower, b.lower), hn::Add(a.upper, b.upper)};
-    }
-    friend HWY_INLINE WideLane operator-(WideLane a, WideLane b)
-    {
-        return {hn::Sub(a.lower, b.lower), hn::Sub(a.upper, b.upper)};
-    }
-    friend HWY_INLINE WideLane operator*(WideLane a, WideLane b)
-    {
-        return {hn::Mul(a.lower, b.lower), hn::Mul(a.upper, b.upper)};
-    }
-    friend HWY_INLINE WideLane operator/(WideLane a, WideLane b)
-    {
-        return {hn::Div(a.lower, b.lower), hn::Div(a.upper, b.upper)};
-    }
-    friend HWY_INLINE WideLane operator-(WideLane a) { return {hn::Neg(a.lower), hn::Neg(a.upper)}; }
 };
+
+HWY_INLINE WideLane operator+(WideLane a, WideLane b)
+{
+    return {hn::Add(a.lower, b.lower), hn::Add(a.upper, b.upper)};
+}
+HWY_INLINE WideLane operator-(WideLane a, WideLane b)
+{
+    return {hn::Sub(a.lower, b.lower), hn::Sub(a.upper, b.upper)};
+}
+HWY_INLINE WideLane operator*(WideLane a, WideLane b)
+{
+    return {hn::Mul(a.lower, b.lower), hn::Mul(a.upper, b.upper)};
+}
+HWY_INLINE WideLane operator/(WideLane a, WideLane b)
+{
+    return {hn::Div(a.lower, b.lower), hn::Div(a.upper, b.upper)};
+}
+HWY_INLINE WideLane operator-(WideLane a)
+{
+    return {hn::Neg(a.lower), hn::Neg(a.upper)};
+}
 
 /// A truth value for each double.
 struct WideMask {

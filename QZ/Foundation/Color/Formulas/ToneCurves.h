@@ -20,8 +20,8 @@ template <class F>
 HWY_INLINE F SRGBToLinear(F c)
 {
     return Choose(
-        c > 0.04045f, [&] { return Pow<Exponent::k2_4>((c + 0.055f) * 0.94786733f); },
-        [&] { return c * 0.07739938f; });
+        c > 0.04045f, [&]() HWY_ATTR { return Pow<Exponent::k2_4>((c + 0.055f) * 0.94786733f); },
+        [&]() HWY_ATTR { return c * 0.07739938f; });
 }
 
 /// Linear light to encoded sRGB.
@@ -29,8 +29,8 @@ template <class F>
 HWY_INLINE F LinearToSRGB(F c)
 {
     return Choose(
-        c > 0.0031308f, [&] { return Pow<Exponent::k0_41666666>(c) * 1.055f - 0.055f; },
-        [&] { return c * 12.92f; });
+        c > 0.0031308f, [&]() HWY_ATTR { return Pow<Exponent::k0_41666666>(c) * 1.055f - 0.055f; },
+        [&]() HWY_ATTR { return c * 12.92f; });
 }
 
 /// One component without extended range.
@@ -57,17 +57,17 @@ HWY_INLINE F Mirrored(bool extendedRange, F c, Curve&& curve)
 template <class F>
 HWY_INLINE Vec3<F> NonlinearToLinear(bool useGamma22, bool extendedRange, const Vec3<F>& v)
 {
-    return Map(v, [&](F c) {
+    return Map(v, [&](F c) HWY_ATTR {
         return Mirrored(extendedRange, c,
-                        [&](F magnitude) { return NonlinearToLinear(useGamma22, magnitude); });
+                        [&](F magnitude) HWY_ATTR { return NonlinearToLinear(useGamma22, magnitude); });
     });
 }
 template <class F>
 HWY_INLINE Vec3<F> LinearToNonlinear(bool useGamma22, bool extendedRange, const Vec3<F>& v)
 {
-    return Map(v, [&](F c) {
+    return Map(v, [&](F c) HWY_ATTR {
         return Mirrored(extendedRange, c,
-                        [&](F magnitude) { return LinearToNonlinear(useGamma22, magnitude); });
+                        [&](F magnitude) HWY_ATTR { return LinearToNonlinear(useGamma22, magnitude); });
     });
 }
 
@@ -76,14 +76,15 @@ template <class F>
 HWY_INLINE F Rec709ToLinear(F c)
 {
     return Choose(
-        c > 0.081f, [&] { return Pow<Exponent::k2_2222223>((c + 0.099f) * 0.9099181f); },
-        [&] { return c * 0.22222222f; });
+        c > 0.081f, [&]() HWY_ATTR { return Pow<Exponent::k2_2222223>((c + 0.099f) * 0.9099181f); },
+        [&]() HWY_ATTR { return c * 0.22222222f; });
 }
 template <class F>
 HWY_INLINE F LinearToRec709(F c)
 {
     return Choose(
-        c > 0.018f, [&] { return Pow<Exponent::k0_45>(c) * 1.099f - 0.099f; }, [&] { return c * 4.5f; });
+        c > 0.018f, [&]() HWY_ATTR { return Pow<Exponent::k0_45>(c) * 1.099f - 0.099f; },
+        [&]() HWY_ATTR { return c * 4.5f; });
 }
 template <class F>
 HWY_INLINE F SRGBToRec709(F c)

@@ -19,7 +19,7 @@ namespace QZ::Foundation::QZ_TARGET {
 template <class F>
 HWY_INLINE Vec3<F> ClampToUnit(const Vec3<F>& v)
 {
-    return Map(v, [](F c) { return ClampToUnit(c); });
+    return Map(v, [](F c) HWY_ATTR { return ClampToUnit(c); });
 }
 
 template <class F>
