@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Two commands that do everything, from the system packages on:
 #   make demo [IMAGE=photo.jpg]   builds qz and shows what it does, in demo/index.html
-#   make test                     builds and runs all tests, then the library's once more under the sanitizers
+#   make test                     builds and runs all tests, then all once more under the sanitizers
 JOBS ?= $(shell nproc)
 
 .PHONY: demo test build dependencies check-format
@@ -19,7 +19,7 @@ demo: build
 
 test: build
 	ctest --preset release --parallel $(JOBS)
-	cmake --preset asan -D QZ_TOOLS=OFF
+	cmake --preset asan
 	cmake --build --preset asan --parallel $(JOBS)
 	ctest --preset asan --parallel $(JOBS)
 

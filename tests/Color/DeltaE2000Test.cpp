@@ -6,8 +6,8 @@
 namespace QZ::Proof {
 namespace {
 
-// The colour difference that docs/accuracy.md counts in. Pairs from table 1 of Sharma, Wu and Dalal, 2005, which has
-// four decimals.
+// The colour difference that docs/accuracy.md counts in. Pairs from table 1 of Sharma, Wu and Dalal, 2005,
+// which has four decimals.
 TEST(DeltaE2000, GivesThePublishedDifferences)
 {
     const struct {

@@ -137,7 +137,8 @@ TEST(XYZToIPT, KeepsTheSignOfANegativeConeResponse)
     }
     EXPECT_TRUE(SameBits(Converted(Color::XYZToIPT, eD65, Colour(0, 0, kNaN)), Colour(kNaN, kNaN, kNaN)));
     // Three infinite responses, whose differences are NaN.
-    EXPECT_TRUE(SameBits(Converted(Color::XYZToIPT, eD65, Colour(0, kInfinity, 1)), Colour(kNaN, kNaN, kNaN)));
+    EXPECT_TRUE(
+        SameBits(Converted(Color::XYZToIPT, eD65, Colour(0, kInfinity, 1)), Colour(kNaN, kNaN, kNaN)));
 }
 
 TEST(IPTToXYZ, IsOddAndNeverClamps)

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 
 #include "tests/tools/TemporaryFolder.h"
 #include "tools/qz/Failure.h"

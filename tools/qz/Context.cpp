@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <nlohmann/json.hpp>
 
 namespace QZ::Tool {
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "tools/qz/commands/Commands.h"
 #include "tools/qz/commands/PictureOptions.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <filesystem>
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "tools/qz/commands/Commands.h"
 #include "tools/qz/commands/PictureOptions.h"

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "tools/qz/commands/Commands.h"
 #include "tools/qz/commands/PictureOptions.h"

@@ -2,6 +2,7 @@
 #include "tools/qz/selftest/Selftest.h"
 
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "tools/qz/CommandLine.h"
 #include "tools/qz/commands/Commands.h"

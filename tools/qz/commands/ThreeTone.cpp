@@ -2,6 +2,7 @@
 #include "tools/qz/operations/ThreeTone.h"
 
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "tools/qz/commands/Commands.h"
 #include "tools/qz/commands/GreyOptions.h"

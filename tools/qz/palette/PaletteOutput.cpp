@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
 #include "tools/qz/color/ColorValue.h"
 #include "tools/qz/color/Swatch.h"
