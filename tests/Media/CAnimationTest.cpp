@@ -151,6 +151,22 @@ TEST_F(CAnimationTest, ShortensByOneSlotWhenAnEventWasBegunTwice)
     animation.activeEvents.clear();   // a is gone
 }
 
+// Not guarded on purpose, as the header says: for each stop the list becomes one shorter.
+TEST_F(CAnimationTest, ShortensByOneSlotWhenAnEventThatIsNotActiveIsStopped)
+{
+    LoggedEvent b('b', log), c('c', log);
+    animation.BeginAnimationEvent(&b);
+    animation.BeginAnimationEvent(&c);
+    animation.StopAnimationEvent(New('a'));
+    animation.FlushRemovedAnimationEvents();
+    EXPECT_EQ(log, "A");
+    EXPECT_EQ(animation.activeEvents, std::vector<IAnimationEvent*>{&b});
+    animation.activeEvents.clear();
+    animation.StopAnimationEvent(New('a'));
+    animation.FlushRemovedAnimationEvents();
+    EXPECT_TRUE(animation.activeEvents.empty());
+}
+
 TEST_F(CAnimationTest, TakesANullAmongTheStoppedForNoEvent)
 {
     animation.activeEvents.push_back(nullptr);

@@ -225,6 +225,8 @@ TEST_F(CFileTest, SavesAMaskAsBlackAndWhiteIntoTheAlbum)
     const Picture picture = Read(album + "/IMG_0001.png");
     EXPECT_EQ(picture.pixels, (Bytes{0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 255, 255}));
     EXPECT_EQ(picture.profile, ProfileOf(ImageColorSpace::SRGB));
+    CFile::SaveRAsRRR255ToAlbum(3, 1, true, rgba.data());
+    EXPECT_EQ(Read(album + "/IMG_0002.png").profile, ProfileOf(ImageColorSpace::DisplayP3));
 }
 
 TEST_F(CFileTest, SavesTheRedOfRGBAAsGrey)

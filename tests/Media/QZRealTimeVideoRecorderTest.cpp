@@ -354,6 +354,18 @@ TEST_F(RealTimeVideoRecorderTest, RecordsNothingWhilePaused)
     EXPECT_TRUE(Record(MakeTime(2, 30)));
 }
 
+TEST_F(RealTimeVideoRecorderTest, IsNoLongerStartedOnceItWasStoppedWithoutARecording)
+{
+    recorder->setStarted(true);
+    EXPECT_FALSE(recorder->recordFrame());
+    EXPECT_FALSE(recorder->recordAudio(SoundAt(TimeZero)));
+    recorder->stop();
+    EXPECT_TRUE(recorder->started());
+    Drain();
+    EXPECT_FALSE(recorder->started());
+    EXPECT_TRUE(log->Calls().empty());
+}
+
 TEST_F(RealTimeVideoRecorderTest, KeepsTheSessionOfAPictureThatCouldNotBePainted)
 {
     ASSERT_TRUE(Start());
@@ -423,7 +435,9 @@ TEST_F(RealTimeVideoRecorderTest, StopsNowAndIsTornDownOnTheMainQueue)
     EXPECT_EQ(scene.use_count(), 1);
     EXPECT_TRUE(factory->AllReleased());
     calls = log->Calls();
-    EXPECT_EQ(calls[before + 3], "~writer");
+    // The video input goes last: the double of the adaptor holds it.
+    EXPECT_THAT(std::vector(calls.begin() + static_cast<std::ptrdiff_t>(before) + 3, calls.end()),
+                ElementsAre("~writer", "~audio", "~adaptor", "~video"));
     EXPECT_EQ(recorder->filename(), path);
     EXPECT_TRUE(Start());
     EXPECT_TRUE(Record(MakeTime(0, 30))) << "the times of the former recording are forgotten";
@@ -451,6 +465,20 @@ TEST_F(RealTimeVideoRecorderTest, SaysWhyAMovieCouldNotBeFinished)
     EXPECT_EQ(recorder->failureReason(), "disk full");
     ASSERT_TRUE(Start());
     EXPECT_EQ(recorder->failureReason(), "");
+}
+
+// The writer may tell of its end late, on a thread of its own.
+TEST_F(RealTimeVideoRecorderTest, KeepsTheReasonFromTheTeardownOn)
+{
+    ASSERT_TRUE(Start());
+    const std::shared_ptr<QZ::Test::DoubleWriter> writer = Writer();
+    writer->Fail();
+    recorder->stop();
+    Drain();
+    EXPECT_FALSE(recorder->started());
+    EXPECT_EQ(recorder->failureReason(), "disk full");
+    writer->Complete();
+    EXPECT_EQ(recorder->failureReason(), "disk full");
 }
 
 TEST_F(RealTimeVideoRecorderTest, DeletesTheFormerMovieAtTheNextStart)

@@ -267,6 +267,7 @@ TEST_F(VideoRecorderTest, BeginsTheMovieWithItsEarliestTrack)
     film.hasAudio = film.hasMetadata = false;   // and so does an absent track
     EXPECT_EQ(sessionOf(7, 8, 9), "startSession 0/1");
     EXPECT_EQ(sessionOf(-3, 8, 9), "startSession -3/30");
+    EXPECT_EQ(sessionOf(0, 8, 9), "startSession 0/1");   // of equal times the one that was compared last
 }
 
 TEST_F(VideoRecorderTest, CountsATrackWithoutASample)
@@ -312,6 +313,53 @@ TEST_F(VideoRecorderTest, OffersAHeldBufferAgain)
     EXPECT_EQ(film.asked[1], film.asked[2]);
     EXPECT_EQ(film.asked[2], film.asked[3]);
     EXPECT_EQ(pool->made, 4);
+}
+
+TEST_F(VideoRecorderTest, EndsWithABufferThatIsHeldAndNeverAppended)
+{
+    ASSERT_TRUE(Start());
+    const std::shared_ptr<QZ::Test::DoublePool> pool = Adaptor()->pool;
+    film.onPicture = [&] {
+        if (film.asked.size() == 3) {
+            film.holds = 0;
+            film.pictures = film.shown;   // no more
+        }
+    };
+    film.holds = 5;
+    Finish();
+    EXPECT_THAT(CallsWith("video.append"), ElementsAre("video.append 0/30"));
+    EXPECT_EQ(film.asked.size(), 3u);
+    EXPECT_EQ(film.asked[1], film.asked[2]);
+    EXPECT_EQ(pool->made, 2);
+}
+
+// The delegate writes the flag every time: the recorder clears it but once.
+TEST_F(VideoRecorderTest, ClearsTheHoldFlagOnlyBeforeTheFirstPicture)
+{
+    class Careless : public Film {
+    public:
+        using Film::Film;
+        void getVideoFrame(QZVideoRecorderVideoFrame* frame) override
+        {
+            flags.push_back(frame->holdFrame);
+            const bool kept = flags.size() > 1 && frame->holdFrame;
+            Film::getVideoFrame(frame);
+            frame->holdFrame = kept || flags.size() == 2;
+            if (flags.size() == 4)
+                frame->hasFrame = false;   // the end
+        }
+        std::vector<bool> flags;
+    };
+    Careless careless(log);
+    careless.pictures = 100;
+    recorder = std::make_unique<QZVideoRecorder>(&careless, std::nullopt);
+    ASSERT_TRUE(Start());
+    const std::shared_ptr<QZ::Test::DoubleWriter> writer = Writer();
+    RunUntil([&] { return careless.willFinish.load(); });
+    writer->Complete();
+    EXPECT_EQ(careless.flags, (std::vector<bool>{false, false, true, true}));
+    EXPECT_EQ(CallsWith("video.append").size(), 1u);
+    recorder.reset();   // before its delegate
 }
 
 TEST_F(VideoRecorderTest, LosesAHeldBufferWhenThereIsNoMoreRoom)
@@ -366,6 +414,23 @@ TEST_F(VideoRecorderTest, FinishesAShorterMovieWhenCancelled)
     ASSERT_TRUE(Start()) << "and is no longer cancelled";
     Finish();
     EXPECT_EQ(CallsWith("video.append").size(), 19u);   // the eleventh was painted when it was too late
+}
+
+TEST_F(VideoRecorderTest, KeepsItsFirstPictureWhenItWasCancelledBeforeTheStart)
+{
+    recorder->cancel();
+    ASSERT_TRUE(Start());
+    Finish();
+    EXPECT_THAT(CallsWith("video.append"), ElementsAre("video.append 0/30"));
+    EXPECT_EQ(film.asked.size(), 2u);   // by the start, and once by the pump, which then saw it
+    EXPECT_EQ(log->Count("finishWriting"), 1);
+    recorder->cancel();
+    recorder->stop();   // forgets that it was cancelled
+    film.shown = 0;
+    film.willFinish = false;
+    ASSERT_TRUE(Start());
+    Finish();
+    EXPECT_EQ(CallsWith("video.append").size(), 1u + 3u);
 }
 
 TEST_F(VideoRecorderTest, FinishesEarlyAndSaysWhyWhenTheWriterFails)

@@ -374,6 +374,71 @@ TEST_F(QZWorkThreadTest, EndsAtAStopOrderOfTheHosts)
     log.WaitFor("x1");
 }
 
+TEST_F(QZWorkThreadTest, EndsAtAStopOrderOfADerivedClass)
+{
+    class Order : public QZStopThreadUnitOfWork {
+    public:
+        explicit Order(Log& log) : QZStopThreadUnitOfWork(nullptr), m_log(log) {}
+        void work() override { m_log.Add('o'); }
+
+    private:
+        Log& m_log;
+    };
+    const auto order = std::make_shared<Order>(log);
+    thread.add(order, true);
+    order->setState(1);   // makes no difference to an order
+    High('a');
+    thread.start();
+    log.WaitFor("o");
+    thread.stop();
+    EXPECT_EQ(order->state(), 1);
+    thread.start();
+    log.WaitFor("oa");
+}
+
+TEST_F(QZWorkThreadTest, RemovesAUnitFromTheRunningThread)
+{
+    thread.startUnitOfWork(Unit('S'));
+    thread.start();
+    log.WaitFor("S");
+    const std::shared_ptr<Gate> gate =
+        Hold(false);   // the next turn is high's, where the stop order comes first
+    const std::shared_ptr<LoggedUnit> removed = Unit('x');
+    thread.add(removed, false);
+    High('a');
+    thread.add(removed, true);
+    const std::shared_ptr<LoggedUnit> stopUnit = Unit('E');
+    thread.stopUnitOfWork(stopUnit);
+    std::thread removing([&] { thread.remove(removed); });
+    while (stopUnit->state() != 0)   // set together with the queueing of the stop order
+        std::this_thread::yield();
+    gate->Open();
+    removing.join();
+    log.WaitFor("SESa");
+    thread.stop();
+    EXPECT_EQ(removed->state(), 0);
+    EXPECT_EQ(removed.use_count(), 1);
+}
+
+TEST_F(QZWorkThreadTest, LetsADestructorOfARemovedUnitAddAnother)
+{
+    class Successor : public QZThreadUnitOfWork {
+    public:
+        Successor(QZWorkThread& thread, std::shared_ptr<LoggedUnit> next)
+            : m_thread(thread), m_next(std::move(next))
+        {}
+        ~Successor() override { m_thread.add(m_next, false); }
+
+    private:
+        QZWorkThread& m_thread;
+        const std::shared_ptr<LoggedUnit> m_next;
+    };
+    thread.add(std::make_shared<Successor>(thread, Unit('n')), false);
+    thread.removeAllUnitsOfWork();
+    thread.start();
+    log.WaitFor("n");
+}
+
 TEST_F(QZWorkThreadTest, TellsTheTargetWhenItIsIdleAndWhenItIsBusyAgain)
 {
     Listener listener;
@@ -396,6 +461,56 @@ TEST_F(QZWorkThreadTest, TellsOfNoBusynessThatBeginsWithTheStart)
     ASSERT_TRUE(MainQueue::Shared().RunUntil([&] { return !listener.heard.empty(); }, 30s));
     EXPECT_EQ(log.Text(), "S");
     EXPECT_EQ(listener.heard, std::vector<bool>{false});
+}
+
+TEST_F(QZWorkThreadTest, TellsATargetThatCameWhileItSleptOfTheNextWork)
+{
+    thread.start();
+    thread.add(Unit('a'), false);
+    log.WaitFor("a");
+    // It sleeps, or is about to, and has told nobody of that. Only work can wake it.
+    std::this_thread::sleep_for(20ms);
+    Listener listener;
+    thread.setWorkingTarget(&listener, &Listener::Working);
+    Low('b');
+    ASSERT_TRUE(MainQueue::Shared().RunUntil([&] { return listener.heard.size() >= 2; }, 30s));
+    EXPECT_EQ(listener.heard.end()[-1], false);
+    EXPECT_EQ(listener.heard.end()[-2], true);
+    EXPECT_EQ(log.Text(), "ab");
+}
+
+TEST_F(QZWorkThreadTest, TellsOfItsSleepBeforeEachAndOfWorkAfterEach)
+{
+    Listener listener;
+    thread.setWorkingTarget(&listener, &Listener::Working);
+    thread.start();
+    MainQueue& queue = MainQueue::Shared();
+    for (std::size_t i = 0; i < 5; ++i) {
+        ASSERT_TRUE(queue.RunUntil([&] { return listener.heard.size() >= 2 * i + 1; }, 30s));
+        Low('a');
+    }
+    ASSERT_TRUE(queue.RunUntil([&] { return listener.heard.size() >= 11; }, 30s));
+    for (std::size_t i = 0; i < 11; ++i)
+        EXPECT_EQ(listener.heard[i], i % 2 == 1) << i;
+}
+
+TEST_F(QZWorkThreadTest, HoldsNoLockWhileTheHostIsWoken)
+{
+    Listener listener;
+    thread.setWorkingTarget(&listener, &Listener::Working);
+    MainQueue& queue = MainQueue::Shared();
+    // On the work thread, and the first notice comes before any work: with a lock held this would never end.
+    queue.SetWakeHandler([&, first = true]() mutable {
+        if (std::exchange(first, false))
+            Low('w');
+    });
+    thread.start();
+    log.WaitFor("w");
+    thread.stop();
+    queue.SetWakeHandler(nullptr);
+    queue.Drain();
+    EXPECT_EQ(listener.heard.at(0), false);
+    EXPECT_EQ(listener.heard.at(1), true);
 }
 
 TEST_F(QZWorkThreadTest, DropsMessagesToATargetThatWasTakenAway)

@@ -3,10 +3,21 @@
 
 #include <cmath>
 #include <numbers>
+#include <ostream>
 
 #include "QZ/Platform/MovieWriter/AudioEncoder.h"
 #include "QZ/Platform/MovieWriter/PictureConverter.h"
 #include "QZ/Platform/MovieWriter/VideoEncoder.h"
+
+namespace QZ::Platform {
+
+// Tests are named after their parameters.
+void PrintTo(VideoCodec codec, std::ostream* out)
+{
+    *out << (codec == VideoCodec::H264 ? "H264" : codec == VideoCodec::HEVC ? "HEVC" : "ProRes422");
+}
+
+}   // namespace QZ::Platform
 
 namespace QZ::Platform::Movie {
 namespace {
@@ -130,22 +141,9 @@ TEST_P(VideoEncoderTest, GivesAKeyPictureAtLeastEveryInterval)
     }
 }
 
-std::string CodecName(const ::testing::TestParamInfo<VideoCodec>& codec)
-{
-    switch (codec.param) {
-        case VideoCodec::H264:
-            return "H264";
-        case VideoCodec::HEVC:
-            return "HEVC";
-        case VideoCodec::ProRes422:
-            break;
-    }
-    return "ProRes422";
-}
-
 INSTANTIATE_TEST_SUITE_P(Codecs, VideoEncoderTest,
                          ::testing::Values(VideoCodec::H264, VideoCodec::HEVC, VideoCodec::ProRes422),
-                         CodecName);
+                         testing::PrintToStringParamName());
 
 }   // namespace
 }   // namespace QZ::Platform::Movie

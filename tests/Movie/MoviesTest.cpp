@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <map>
+#include <ostream>
 
 #include "tests/Movie/BoxReader.h"
+#include "tests/Movie/ReadBack.h"
 #include "tests/Movie/Recorder.h"
 #include "tests/Movie/Scratch.h"
 
@@ -14,39 +16,18 @@ namespace {
 
 using Status = AssetWriterStatus;
 
-/// The decoded pictures as BGRA, one behind the other, not turned by the display matrix.
-std::vector<unsigned char> Decode(const std::string& path)
-{
-    const std::string raw = Output(
-        "ffmpeg -v fatal -noautorotate -i '" + path +
-        "' -map 0:v -vsync passthrough -sws_flags accurate_rnd+full_chroma_int+full_chroma_inp+bicubic "
-        "-f rawvideo -pix_fmt bgra -");
-    return {raw.begin(), raw.end()};
-}
-
-/// Packet times of the streams of a kind ("v", "a", "d"), sorted.
-std::vector<double> Times(const std::string& path, const std::string& kind)
-{
-    const std::string text = Output("ffprobe -v fatal -select_streams " + kind +
-                                    " -show_entries packet=pts_time -of csv=p=0 '" + path + "'");
-    std::vector<double> times;
-    std::size_t position = 0;
-    while (position < text.size()) {
-        if (text[position] == '-' || (text[position] >= '0' && text[position] <= '9'))
-            times.push_back(std::strtod(text.c_str() + position, nullptr));
-        position = text.find('\n', position);
-        position = position == std::string::npos ? text.size() : position + 1;
-    }
-    std::sort(times.begin(), times.end());
-    return times;
-}
-
 struct CodecCase {
     const char* name;
     VideoCodec codec;
     bool realTime;
     double leastPSNR;
 };
+
+// Tests are listed with their parameters.
+void PrintTo(const CodecCase& codec, std::ostream* out)
+{
+    *out << codec.name;
+}
 
 class CodecTest : public ::testing::TestWithParam<CodecCase> {
 protected:
@@ -66,21 +47,7 @@ protected:
 
     void ExpectPictures(const Scene& scene, int count)
     {
-        const std::vector<unsigned char> decoded = Decode(path);
-        const auto width = static_cast<std::size_t>(scene.sourceWidth);
-        const auto height = static_cast<std::size_t>(scene.sourceHeight);
-        ASSERT_EQ(decoded.size(), width * height * 4 * static_cast<std::size_t>(count));
-        std::vector<unsigned char> painted(width * height * 4);
-        double worst = 1000;
-        for (int i = 0; i < count; ++i) {
-            PaintScene(painted.data(), width * 4, scene.sourceWidth, scene.sourceHeight, i);
-            worst = std::min(
-                worst, PSNR(painted.data(), decoded.data() + static_cast<std::size_t>(i) * painted.size(),
-                            width * height));
-        }
-        EXPECT_GT(worst, GetParam().leastPSNR);
-        RecordProperty("worstPSNR", std::to_string(worst));
-        std::printf("    worst picture: %.1f dB\n", worst);
+        ExpectScene(path, scene.sourceWidth, scene.sourceHeight, count, GetParam().leastPSNR);
     }
 
     ScratchFolder folder;

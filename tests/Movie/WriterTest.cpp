@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
 // How the writer and its inputs answer: readiness, order, sessions, failures, threads.
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
+#include <fstream>
 #include <mutex>
+#include <utility>
 
 #include "QZ/Platform/DispatchQueue.h"
 #include "tests/Movie/BoxReader.h"
+#include "tests/Movie/FullDisk.h"
 #include "tests/Movie/Recorder.h"
 #include "tests/Movie/Scratch.h"
 
@@ -125,6 +126,54 @@ TEST_F(WriterTest, TellsWhyItCannotStart)
     EXPECT_FALSE(bare->StartWriting());
     EXPECT_NE(bare->Reason().find("at least one track"), std::string::npos);
     EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(WriterTest, KeepsWhatStandsAtItsPathUnderAFreeName)
+{
+    for (const std::string content : {"first", "second"}) {
+        std::ofstream(path) << content;
+        Recorder recorder(path, scene);
+        ASSERT_TRUE(recorder.writer->StartWriting()) << recorder.writer->Reason();
+        recorder.writer->StartSessionAtSourceTime(TimeZero);
+        ASSERT_TRUE(recorder.AppendPicture(0, TimeZero));
+        ASSERT_EQ(recorder.Finish(), Status::Completed) << recorder.writer->Reason();
+        EXPECT_EQ(ReadMovie(path).Track("vide").samples.size(), 1u);
+    }
+    const auto textOf = [&](const std::string& name) {
+        const std::vector<unsigned char> bytes = ReadBytes(folder.File(name));
+        return std::string(bytes.begin(), bytes.end());
+    };
+    EXPECT_EQ(textOf("movie-1.mov"), "first");
+    EXPECT_EQ(textOf("movie-2.mov"), "second");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 3);
+}
+
+// What is asked for goes on being asked for, so that who supplies it learns of the failure and ends.
+TEST_F(WriterTest, AsksForSamplesOnceMoreWhenItHasFailed)
+{
+    Recorder recorder(path, scene);
+    const auto queue = DispatchQueue::Serial("org.example.videoRecorder");
+    std::promise<void> refused;
+    int taken = 0;             // touched on the queue alone
+    bool wasRefused = false;   // likewise
+    {
+        const FullDisk full(60000);
+        ASSERT_TRUE(recorder.writer->StartWriting()) << recorder.writer->Reason();
+        recorder.writer->StartSessionAtSourceTime(TimeZero);
+        recorder.video->RequestMediaDataWhenReady(queue, [&] {
+            while (recorder.video->IsReadyForMoreMediaData()) {
+                if (!recorder.adaptor->AppendPixelBuffer(recorder.Picture(taken), MakeTime(taken, 30))) {
+                    if (!std::exchange(wasRefused, true))
+                        refused.set_value();
+                    return;
+                }
+                ++taken;
+            }
+        });
+        EXPECT_EQ(refused.get_future().wait_for(std::chrono::seconds(60)), std::future_status::ready);
+    }
+    EXPECT_EQ(recorder.Finish(), Status::Failed);
+    queue->Sync([] {});
 }
 
 TEST_F(WriterTest, TellsWhichSettingsItCannotMeet)
@@ -399,28 +448,6 @@ TEST_F(WriterTest, TakesCallsFromManyThreads)
     EXPECT_EQ(movie.Track("meta").samples.size(), 60u);
 }
 
-/// A limit on the size of files, under which writing fails as on a full disk (EFBIG in place of ENOSPC).
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        m_handler = ::signal(SIGXFSZ, SIG_IGN);
-        rlimit limit = m_before;
-        limit.rlim_cur = bytes;
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        ::signal(SIGXFSZ, m_handler);
-    }
-
-private:
-    rlimit m_before = {};
-    void (*m_handler)(int) = SIG_DFL;
-};
-
 TEST_F(WriterTest, EndsWithAReasonAndAPlayableFileWhenTheDiskIsFull)
 {
     Recorder recorder(path, scene);
@@ -435,8 +462,11 @@ TEST_F(WriterTest, EndsWithAReasonAndAPlayableFileWhenTheDiskIsFull)
                 ++taken;
         }
         EXPECT_EQ(recorder.writer->Status(), Status::Failed);
-        EXPECT_FALSE(recorder.video->IsReadyForMoreMediaData());
+        // Ready, so that who waits to append learns from the answer.
+        EXPECT_TRUE(recorder.video->IsReadyForMoreMediaData());
         EXPECT_FALSE(recorder.adaptor->AppendPixelBuffer(recorder.Picture(taken), MakeTime(taken, 30)));
+        recorder.video->MarkAsFinished();
+        EXPECT_FALSE(recorder.video->IsReadyForMoreMediaData());
         EXPECT_EQ(recorder.Finish(), Status::Failed);
     }
     EXPECT_NE(recorder.writer->Reason().find("cannot be written: File too large"), std::string::npos)

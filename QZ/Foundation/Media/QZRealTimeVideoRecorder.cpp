@@ -176,17 +176,24 @@ struct QZRealTimeVideoRecorder::Recording {
         return true;
     }
 
-    /// \return whether there is something to stop that was not stopped before.
-    bool BeginFinishing()
+    /// \return the number of the start whose recording is to be stopped, unless it was stopped before.
+    std::optional<unsigned> BeginFinishing()
     {
         const std::lock_guard lock(mutex);
-        return !std::exchange(finishing, tracks.writer != nullptr);
+        return std::exchange(finishing, tracks.writer != nullptr) ? std::nullopt : std::optional(starts);
     }
 
     void Finished(const AssetWriter& writer, unsigned start)
     {
         const std::lock_guard lock(mutex);
-        if (start == starts && failureReason.empty() && writer.Status() == AssetWriterStatus::Failed)
+        if (start == starts)
+            KeepReasonOf(writer);
+    }
+
+    /// With the mutex held.
+    void KeepReasonOf(const AssetWriter& writer)
+    {
+        if (failureReason.empty() && writer.Status() == AssetWriterStatus::Failed)
             failureReason = writer.Reason();
     }
 
@@ -202,6 +209,8 @@ struct QZRealTimeVideoRecorder::Recording {
             startTime = lastTime = kUnset;
             started = false;
             finishing = false;
+            if (tracks.writer)
+                KeepReasonOf(*tracks.writer);
             std::swap(released, tracks);
             releasedFrame.swap(frame);
         }
@@ -330,15 +339,16 @@ bool QZRealTimeVideoRecorder::recordAudio(const std::shared_ptr<SampleBuffer>& s
 
 void QZRealTimeVideoRecorder::stop()
 {
-    if (!m_recording->BeginFinishing())
+    const std::optional<unsigned> beginning = m_recording->BeginFinishing();
+    if (!beginning)
         return;
+    const unsigned start = *beginning;
     const Tracks tracks = m_recording->CurrentTracks();
     if (tracks.video)
         tracks.video->MarkAsFinished();
     if (tracks.audio)
         tracks.audio->MarkAsFinished();
 
-    const unsigned start = m_recording->starts;
     const auto requested = std::make_shared<std::promise<void>>();
     DispatchQueue::Global()->Async(
         [requested, start, writer = tracks.writer, recording = m_recording]() mutable {

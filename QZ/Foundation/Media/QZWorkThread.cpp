@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "QZ/Foundation/Media/QZWorkThread.h"
 
+#include <vector>
+
 #include "QZ/Platform/MainQueue.h"
 
 QZThreadUnitOfWork::~QZThreadUnitOfWork() = default;
@@ -128,9 +130,10 @@ void QZWorkThread::remove(const UnitPointer& unit)
 
 void QZWorkThread::removeAllUnitsOfWork()
 {
-    changeQueues([](QZQueue<QZThreadUnitOfWork>& queue) {
-        while (queue.popObject()) {
-        }
+    std::vector<UnitPointer> removed;   // let go of without a lock: a unit's destructor may add others
+    changeQueues([&removed](QZQueue<QZThreadUnitOfWork>& queue) {
+        while (UnitPointer unit = queue.popObject())
+            removed.push_back(std::move(unit));
     });
 }
 
@@ -156,12 +159,13 @@ QZWorkThread::UnitPointer QZWorkThread::nextUnit(bool& lowIsNext, bool& wasIdle)
 {
     std::unique_lock lock(m_queueMutex);
     while (!hasWork()) {
-        postWorking(false);
-        m_queueCondition.wait(lock);
+        postWorking(false, lock);
         wasIdle = true;
+        if (!hasWork())
+            m_queueCondition.wait(lock);
     }
     if (wasIdle && m_working) {
-        postWorking(true);
+        postWorking(true, lock);
         wasIdle = false;
     }
     const bool both = m_lowPriorityQueue.count() > 0 && m_highPriorityQueue.count() > 0;
@@ -170,13 +174,18 @@ QZWorkThread::UnitPointer QZWorkThread::nextUnit(bool& lowIsNext, bool& wasIdle)
     return (low ? m_lowPriorityQueue : m_highPriorityQueue).popObject();
 }
 
-/// With m_queueMutex held.
-void QZWorkThread::postWorking(bool working) const
+/// With m_queueMutex held, and let go of meanwhile: posting runs the main queue's wake handler, which is the
+/// host's and may want the queues, or a lock behind which another thread wants them. Units may arrive, but
+/// none goes: only this thread takes them.
+void QZWorkThread::postWorking(bool working, std::unique_lock<std::mutex>& lock) const
 {
     if (!m_working)
         return;
-    QZ::Platform::MainQueue::Shared().Post([message = std::weak_ptr(m_working), working] {
+    const std::weak_ptr message = m_working;
+    lock.unlock();
+    QZ::Platform::MainQueue::Shared().Post([message, working] {
         if (const auto function = message.lock())
             (*function)(working);
     });
+    lock.lock();
 }

@@ -62,7 +62,8 @@ public:
     virtual void work();
 
     /// 0: queued; 1: done; 2: idle, as at first. A unit whose turn comes runs only in state 0: setting
-    /// another state cancels it.
+    /// another state cancels it. A work thread sets it with its queues locked: an override calls no member
+    /// of the thread.
     [[nodiscard]] virtual int state() const;
     virtual void setState(int state);
 
@@ -88,7 +89,8 @@ private:
 /// thread (see Platform::MainQueue) when the thread goes idle and when it is busy again.
 ///
 /// Any thread may call any member, but a unit's work must not call stop, remove or removeAllUnitsOfWork of
-/// the thread that runs it: they would wait for themselves.
+/// the thread that runs it: they would wait for themselves. Nor may it wait for a thread that is in one of
+/// these, such as the main thread.
 /// \code
 ///     QZWorkThread thread;
 ///     thread.setWorkingTarget(&spinner, &Spinner::show);   // void Spinner::show(bool working)
@@ -148,7 +150,7 @@ private:
     void setWorkingFunction(WorkingFunction function);
     void theMain();
     UnitPointer nextUnit(bool& lowIsNext, bool& wasIdle);
-    void postWorking(bool working) const;
+    void postWorking(bool working, std::unique_lock<std::mutex>& lock) const;
     [[nodiscard]] bool hasWork() const
     {
         return m_lowPriorityQueue.count() + m_highPriorityQueue.count() > 0;

@@ -73,6 +73,8 @@ bool Channel::IsReadyLocked() const
 {
     if (!m_started || m_finished)
         return false;
+    if (m_stopped)
+        return true;
     const Capacity& capacity = m_settings.type == MediaType::Video ? kPictures : kBuffers;
     return m_samples.size() < capacity.always ||
            (m_samples.size() < capacity.samples && m_bytes < capacity.bytes);
@@ -101,7 +103,7 @@ bool Channel::Append(QueuedSample sample)
     std::function<void()> wake;
     {
         const std::lock_guard lock(m_mutex);
-        if (!m_inSession || !IsReadyLocked() || !SuitsLocked(sample))
+        if (!m_inSession || m_stopped || !IsReadyLocked() || !SuitsLocked(sample))
             return false;
         m_lastTime = sample.time;
         if (sample.buffer)
@@ -151,6 +153,8 @@ void Channel::AskForMore()
         const std::lock_guard lock(m_mutex);
         if (!m_block || m_asking || !m_inSession || !IsReadyLocked())
             return;
+        if (m_stopped && std::exchange(m_askedSinceStop, true))
+            return;
         m_asking = true;
         block = m_block;
         queue = m_queue;
@@ -186,11 +190,15 @@ void Channel::Open()
 
 void Channel::Close()
 {
-    Block released;
+    Finish();
+    Stop();
+}
+
+void Channel::Stop()
+{
     std::deque<QueuedSample> dropped;
     const std::lock_guard lock(m_mutex);
-    m_finished = true;
-    released.swap(m_block);
+    m_stopped = true;
     dropped.swap(m_samples);
     m_bytes = 0;
 }

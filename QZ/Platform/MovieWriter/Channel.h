@@ -58,6 +58,11 @@ public:
     /// \name The writer's side
     void Open();    ///< the session has started: samples are taken
     void Close();   ///< no more samples, and those that wait are dropped
+    /// The writer has ended: what waits is dropped, and what is appended refused. An input that is not
+    /// finished is ready all the same, so that who waits to append goes on and learns of it.
+    void Stop();
+    /// Runs the block that was requested when there is room; after Stop only once.
+    void AskForMore();
     [[nodiscard]] std::optional<Time> NextTime() const;
     std::optional<QueuedSample> Take();
 
@@ -67,7 +72,6 @@ private:
     bool IsReadyLocked() const;
     bool SuitsLocked(const QueuedSample& sample) const;
     void RunBlock(const Block& block);
-    void AskForMore();
 
     mutable std::mutex m_mutex;
     ChannelSettings m_settings;
@@ -82,6 +86,7 @@ private:
     std::shared_ptr<DispatchQueue> m_queue;
     Block m_block;
     bool m_asking = false;   ///< the block is queued or runs
+    bool m_stopped = false, m_askedSinceStop = false;
 };
 
 }   // namespace QZ::Platform::Movie

@@ -160,6 +160,9 @@ void Recording::Abandon()
             m_order = Order::Abandon;
     }
     m_changed.notify_all();
+    if (!finishing)
+        for (const std::shared_ptr<Channel>& channel : Channels())
+            channel->Close();
     if (!thread.joinable())
         return;
     // A finish runs on by itself; and the completion, which may hold the last reference, runs on this very

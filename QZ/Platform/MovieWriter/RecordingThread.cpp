@@ -113,7 +113,7 @@ bool Recording::Fail(const std::string& reason)
 void Recording::End(Status status)
 {
     for (const std::shared_ptr<Channel>& channel : m_channels)
-        channel->Close();
+        channel->Stop();
     m_tracks.clear();
     m_diskSync.Stop();
     m_file.Abandon();
@@ -126,6 +126,8 @@ void Recording::End(Status status)
         m_ended = true;
         completions.swap(m_completions);
     }
+    for (const std::shared_ptr<Channel>& channel : m_channels)
+        channel->AskForMore();
     for (const std::function<void()>& completion : completions)
         completion();
 }
