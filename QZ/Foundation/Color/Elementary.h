@@ -29,38 +29,67 @@ HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
 
 /// c[0] + c[1] x + c[2] x^2 + ..., by Horner's rule.
-template <class W, std::size_t n>
+template <std::size_t i = 0, class W, std::size_t n>
 HWY_INLINE W Polynomial(const double (&c)[n], W x)
 {
-    W sum(c[n - 1]);
-    for (std::size_t i = n - 1; i-- > 0;)
-        sum = sum * x + W(c[i]);
-    return sum;
+    if constexpr (i == n - 1)
+        return W(c[i]);
+    else
+        return Polynomial<i + 1>(c, x) * x + W(c[i]);
 }
 
-/// |x|^exponent for a normal x, to 2^-45.9: 2^-47 from the polynomial, and nine roundings of 2^-53.
-template <Exponent exponent, class F>
+/// The same where a product and a sum may be rounded once or twice.
+template <std::size_t i = 0, class W, std::size_t n>
+HWY_INLINE W LoosePolynomial(const double (&c)[n], W x)
+{
+    if constexpr (i == n - 1)
+        return W(c[i]);
+    else
+        return MulAdd(LoosePolynomial<i + 1>(c, x), x, W(c[i]));
+}
+
+/// For one value the time to the result counts: the terms are worked side by side.
+HWY_INLINE double LoosePolynomial(const double (&c)[7], double x)
+{
+    const double x2 = x * x;
+    const double low = MulAdd(c[1], x, c[0]);
+    const double middle = MulAdd(c[3], x, c[2]);
+    const double high = MulAdd(c[6], x2, MulAdd(c[5], x, c[4]));
+    return MulAdd(MulAdd(high, x2, middle), x2, low);
+}
+
+/// The factors of the intervals for numbers from 2^-15 to 2, which share an entry of binaryHigh.
+struct UnitIntervals {
+    double factors[16];
+
+    constexpr explicit UnitIntervals(const ElementaryTables::Power& power) : factors()
+    {
+        for (int i = 0; i < 16; ++i)
+            factors[i] = power.intervals[i] * power.binaryHigh[7];
+    }
+};
+
+/// |x|^exponent for a normal x, of isUnit from 2^-15 to 2, to 2^-44.1: 2^-44.2 from the polynomial, and ten
+/// roundings of 2^-53.
+template <Exponent exponent, bool isUnit, class F>
 HWY_INLINE auto PowInDouble(F x)
 {
     constexpr const ElementaryTables::Power& power = ElementaryTables::kPowers[static_cast<int>(exponent)];
-    const auto bits = BitsOf(x);
+    static constexpr UnitIntervals kUnitIntervals(power);
     using W = decltype(Widen(x));
-    const W t =
-        MulAdd(Widen(Mantissa(x)), Lookup(ElementaryTables::kReciprocals, ShiftRight<19>(bits)), W(-1.0));
-    const W scale = Lookup(power.intervals, ShiftRight<19>(bits)) *
-                    Lookup(power.binaryLow, ShiftRight<23>(bits)) *
-                    Lookup(power.binaryHigh, ShiftRight<27>(bits));
+    const auto narrowCell = CellOf(x);
+    const auto cell = Widen(narrowCell);
+    const W t = TimesEntryLess1(Mantissa(x), ElementaryTables::kReciprocals, narrowCell);
+    W scale = Lookup(isUnit ? kUnitIntervals.factors : power.intervals, cell) *
+              Lookup(power.binaryLow, ShiftRight<4>(cell));
+    if constexpr (!isUnit)
+        scale = scale * Lookup(power.binaryHigh, ShiftRight<8>(cell));
 
-    const double(&c)[7] = power.polynomial;
-    const W t2 = t * t;
-    const W low = MulAdd(W(c[1]), t, W(c[0]));
-    const W middle = MulAdd(W(c[3]), t, W(c[2]));
-    const W high = MulAdd(W(c[6]), t2, MulAdd(W(c[5]), t, W(c[4])));
-    return MulAdd(MulAdd(high, t2, middle), t2, low) * scale;
+    return LoosePolynomial(power.polynomial, t) * scale;
 }
 
 /// What PowInDouble() may err by, relatively.
-inline constexpr double kPowMargin = 0x1p-45;
+inline constexpr double kPowMargin = 0x1p-44;
 
 /// x^3, correctly rounded. Its doubles err by one rounding.
 template <class F>
@@ -80,21 +109,33 @@ HWY_INLINE F Cube(F x)
 /// x to a fixed power, correctly rounded; zeros, infinities and NaN as std::pow gives them.
 ///
 /// The result in double is rounded twice, once from either end of its margin of error. Where the two differ,
-/// about twice in a million, a midpoint between two floats is near, and the power is worked anew in pairs of
-/// doubles.
+/// a midpoint between two floats is near, and the power is worked anew in pairs of doubles.
+template <Exponent exponent>
+HWY_NOINLINE float PowOfAny(float x)
+{
+    if (x >= std::numeric_limits<float>::min() && x <= std::numeric_limits<float>::max()) {
+        const double power = PowInDouble<exponent, false>(x);
+        const float rounded = Narrow(power * (1.0 + kPowMargin));
+        if (rounded == Narrow(power * (1.0 - kPowMargin)))
+            return rounded;
+    }
+    return x == 0.0f ? 0.0f : Double::PowRounded(x, Value(exponent));
+}
+
+/// The same, quickly for what is neither tiny nor large and, a few times in a million aside, not near a
+/// midpoint.
 template <Exponent exponent>
 HWY_INLINE float Pow(float x)
 {
     if constexpr (exponent == Exponent::k3) {
         return Cube(x);
     } else {
-        if (HWY_LIKELY(x >= std::numeric_limits<float>::min() && x <= std::numeric_limits<float>::max())) {
-            const double power = PowInDouble<exponent>(x);
-            const float rounded = Narrow(power * (1.0 + kPowMargin));
-            if (HWY_LIKELY(rounded == Narrow(power * (1.0 - kPowMargin))))
-                return rounded;
+        if (HWY_LIKELY(x >= 0x1p-15f && x < 2.0f)) {
+            const double power = PowInDouble<exponent, true>(x);
+            if (HWY_LIKELY(!IsNearMidpoint(power)))
+                return Narrow(power);
         }
-        return x == 0.0f ? 0.0f : Double::PowRounded(x, Value(exponent));
+        return PowOfAny<exponent>(x);
     }
 }
 
@@ -231,25 +272,35 @@ HWY_INLINE Lane Atan2(Lane y, Lane x)
 #else
 
 template <Exponent exponent>
+HWY_NOINLINE Lane PowOfAny(Lane x)
+{
+    constexpr float kSmallest = std::numeric_limits<float>::min();
+    constexpr float kLargest = std::numeric_limits<float>::max();
+    const WideLane power = PowInDouble<exponent, false>(x);
+    const Lane rounded = Narrow(power * WideLane(1.0 + kPowMargin));
+    const LaneMask isOpen = rounded != Narrow(power * WideLane(1.0 - kPowMargin));
+
+    const Lane magnitude = Abs(x);
+    const LaneMask isNormal = And(x >= kSmallest, x <= kLargest);
+    // Zeros, infinities and NaN are their own powers but for the sign.
+    const LaneMask isNegative = And(x < 0.0f, magnitude <= kLargest);
+    const Lane special = Select(isNegative, Lane(std::numeric_limits<float>::quiet_NaN()), magnitude);
+    const LaneMask isSubnormal = And(x > 0.0f, x < kSmallest);
+    return ReplaceWhere(Or(And(isNormal, isOpen), isSubnormal), x, Select(isNormal, rounded, special),
+                        [](float c) { return Double::PowRounded(c, Value(exponent)); });
+}
+
+template <Exponent exponent>
 HWY_INLINE Lane Pow(Lane x)
 {
     if constexpr (exponent == Exponent::k3) {
         return Cube(x);
     } else {
-        constexpr float kSmallest = std::numeric_limits<float>::min();
-        constexpr float kLargest = std::numeric_limits<float>::max();
-        const WideLane power = PowInDouble<exponent>(x);
-        const Lane rounded = Narrow(power * WideLane(1.0 + kPowMargin));
-        const LaneMask isOpen = rounded != Narrow(power * WideLane(1.0 - kPowMargin));
-
-        const Lane magnitude = Abs(x);
-        const LaneMask isNormal = And(x >= kSmallest, x <= kLargest);
-        // Zeros, infinities and NaN are their own powers but for the sign.
-        const LaneMask isNegative = And(x < 0.0f, magnitude <= kLargest);
-        const Lane special = Select(isNegative, Lane(std::numeric_limits<float>::quiet_NaN()), magnitude);
-        const LaneMask isSubnormal = And(x > 0.0f, x < kSmallest);
-        return ReplaceWhere(Or(And(isNormal, isOpen), isSubnormal), x, Select(isNormal, rounded, special),
-                            [](float c) { return Double::PowRounded(c, Value(exponent)); });
+        const WideLane power = PowInDouble<exponent, true>(x);
+        const LaneMask isUnit = And(x >= 0x1p-15f, x < 2.0f);
+        if (HWY_LIKELY(AllTrue(Or(isUnit, x == 0.0f)) && !IsAnyNearMidpoint(power)))
+            return Select(isUnit, Narrow(power), Lane(0.0f));
+        return PowOfAny<exponent>(x);
     }
 }
 

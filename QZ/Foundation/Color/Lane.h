@@ -111,16 +111,17 @@ HWY_INLINE Lane Select(LaneMask mask, Lane a, Lane b)
     return hn::IfThenElse(mask.mask, a.vector, b.vector);
 }
 
-/// a() where the mask holds, b() elsewhere. One float evaluates one of the two, a Lane both.
+/// a(x) where the mask holds, b(x) elsewhere. One float evaluates one of the two, a Lane both, but a() of 1
+/// in place of what it is not meant for.
 template <class A, class B>
-HWY_INLINE auto Choose(bool mask, A&& a, B&& b)
+HWY_INLINE float Choose(bool mask, float x, A&& a, B&& b)
 {
-    return mask ? a() : b();
+    return mask ? a(x) : b(x);
 }
 template <class A, class B>
-HWY_INLINE Lane Choose(LaneMask mask, A&& a, B&& b)
+HWY_INLINE Lane Choose(LaneMask mask, Lane x, A&& a, B&& b)
 {
-    return Select(mask, a(), b());
+    return Select(mask, a(Select(mask, x, Lane(1.0f))), b(x));
 }
 
 HWY_INLINE bool And(bool a, bool b)
@@ -138,6 +139,11 @@ HWY_INLINE bool Or(bool a, bool b)
 HWY_INLINE LaneMask Or(LaneMask a, LaneMask b)
 {
     return hn::Or(a.mask, b.mask);
+}
+
+HWY_INLINE bool AllTrue(LaneMask mask)
+{
+    return hn::AllTrue(Lane::Tag(), mask.mask);
 }
 
 HWY_INLINE float Abs(float x)

@@ -35,9 +35,14 @@ HWY_INLINE float Narrow(double x)
     return static_cast<float>(x);
 }
 
-HWY_INLINE std::uint64_t BitsOf(float x)
+/// The bits of the exponent and the first four of the mantissa.
+HWY_INLINE std::uint32_t CellOf(float x)
 {
-    return std::bit_cast<std::uint32_t>(x);
+    return std::bit_cast<std::uint32_t>(x) >> 19;
+}
+HWY_INLINE std::uint64_t Widen(std::uint32_t cell)
+{
+    return cell;
 }
 
 /// The mantissa of a normal float: its magnitude over a power of 2, from 1 to 2.
@@ -50,6 +55,22 @@ HWY_INLINE float Mantissa(float x)
 HWY_INLINE double Lookup(const double (&table)[16], std::uint64_t index)
 {
     return table[index & 15];
+}
+
+/// x * table[cell & 15] - 1 for what makes it a float.
+HWY_INLINE double TimesEntryLess1(float x, const float (&table)[16], std::uint32_t cell)
+{
+    return Widen(x) * Widen(table[cell & 15]) - 1.0;
+}
+
+/// Whether the middle between two floats lies less than 2^-43 of its power of 2 away. Where none does, all
+/// doubles within that distance round to the same float. For magnitudes of normal floats.
+HWY_INLINE bool IsNearMidpoint(double x)
+{
+    // Of the 29 bits that a float has not, the middle sets the first alone.
+    constexpr std::uint64_t kMiddle = 0x10000000;
+    constexpr std::uint64_t kReach = 0x200;
+    return ((std::bit_cast<std::uint64_t>(x) + (kReach - kMiddle)) & (2 * kMiddle - 2 * kReach)) == 0;
 }
 
 /// a b + c with one rounding or two: only for what is tested for its rounding afterwards.

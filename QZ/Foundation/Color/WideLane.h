@@ -88,13 +88,20 @@ HWY_INLINE Lane Narrow(WideLane x)
     return hn::Combine(Lane::Tag(), hn::DemoteTo(half, x.upper), hn::DemoteTo(half, x.lower));
 }
 
-HWY_INLINE WideBits BitsOf(Lane x)
+/// The bits of floats.
+struct LaneCells {
+    hn::Vec<hn::RebindToUnsigned<Lane::Tag>> bits;
+};
+
+HWY_INLINE LaneCells CellOf(Lane x)
 {
-    const hn::RebindToUnsigned<Lane::Tag> narrow;
-    const hn::Half<decltype(narrow)> half;
-    const auto bits = hn::BitCast(narrow, x.vector);
-    return {hn::PromoteTo(WideBits::Tag(), hn::LowerHalf(half, bits)),
-            hn::PromoteTo(WideBits::Tag(), hn::UpperHalf(half, bits))};
+    return {hn::ShiftRight<19>(hn::BitCast(hn::RebindToUnsigned<Lane::Tag>(), x.vector))};
+}
+HWY_INLINE WideBits Widen(LaneCells cells)
+{
+    const hn::Half<hn::RebindToUnsigned<Lane::Tag>> half;
+    return {hn::PromoteTo(WideBits::Tag(), hn::LowerHalf(half, cells.bits)),
+            hn::PromoteTo(WideBits::Tag(), hn::UpperHalf(half, cells.bits))};
 }
 
 HWY_INLINE Lane Mantissa(Lane x)
@@ -124,6 +131,49 @@ HWY_INLINE WideLane Lookup(const double (&table)[16], WideBits index)
     return {Lookup(table, index.lower), Lookup(table, index.upper)};
 }
 
+HWY_INLINE Lane Lookup(const float (&table)[16], LaneCells index)
+{
+    const Lane::Tag tag;
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX3
+    return Lane::Vector{_mm512_permutexvar_ps(index.bits.raw, _mm512_loadu_ps(table))};
+#elif HWY_ARCH_X86 && HWY_TARGET == HWY_AVX2
+    const auto lower = _mm256_permutevar8x32_ps(_mm256_loadu_ps(table), index.bits.raw);
+    const auto upper = _mm256_permutevar8x32_ps(_mm256_loadu_ps(table + 8), index.bits.raw);
+    const auto isUpper = hn::BitCast(tag, hn::ShiftLeft<28>(index.bits));
+    return Lane::Vector{_mm256_blendv_ps(lower, upper, isUpper.raw)};
+#else
+    const hn::RebindToUnsigned<Lane::Tag> u;
+    const hn::RebindToSigned<Lane::Tag> s;
+    return hn::GatherIndex(tag, table, hn::BitCast(s, hn::And(index.bits, hn::Set(u, 15u))));
+#endif
+}
+
+/// A fused multiplication gives the float itself, as doubles do.
+HWY_INLINE WideLane TimesEntryLess1(Lane x, const float (&table)[16], LaneCells cell)
+{
+#if HWY_NATIVE_FMA
+    return Widen(Lane(hn::MulSub(x.vector, Lookup(table, cell).vector, Lane(1.0f).vector)));
+#else
+    return Widen(x) * Widen(Lookup(table, cell)) - WideLane(1.0);
+#endif
+}
+
+/// Whether one of them is, in whatever place.
+HWY_INLINE bool IsAnyNearMidpoint(WideLane x)
+{
+    const hn::RebindToUnsigned<Lane::Tag> u;
+    const WideBits::Tag wide;
+    // The lower halves of all doubles in one vector.
+    const auto lower = hn::BitCast(u, x.lower);
+    const auto upper = hn::BitCast(u, hn::ShiftLeft<32>(hn::BitCast(wide, x.upper)));
+    const auto bits = hn::Add(hn::OddEven(upper, lower), hn::Set(u, 0x200u - 0x10000000u));
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX3
+    return _mm512_testn_epi32_mask(bits.raw, _mm512_set1_epi32(0x20000000 - 0x400)) != 0;
+#else
+    return !hn::AllFalse(u, hn::Eq(hn::And(bits, hn::Set(u, 0x20000000u - 0x400u)), hn::Zero(u)));
+#endif
+}
+
 HWY_INLINE WideLane MulAdd(WideLane a, WideLane b, WideLane c)
 {
     return {hn::MulAdd(a.lower, b.lower, c.lower), hn::MulAdd(a.upper, b.upper, c.upper)};
@@ -150,6 +200,10 @@ HWY_INLINE WideMask HasBit(Rounded<WideLane> n, std::uint64_t bit)
 
 HWY_INLINE WideMask WidenMask(LaneMask mask)
 {
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX3
+    using Mask = hn::Mask<WideLane::Tag>;
+    return {Mask{static_cast<__mmask8>(mask.mask.raw)}, Mask{static_cast<__mmask8>(mask.mask.raw >> 8)}};
+#else
     const hn::RebindToSigned<Lane::Tag> narrow;
     const hn::Half<decltype(narrow)> half;
     const hn::RebindToSigned<WideLane::Tag> wide;
@@ -157,6 +211,7 @@ HWY_INLINE WideMask WidenMask(LaneMask mask)
     const WideLane::Tag tag;
     return {hn::MaskFromVec(hn::BitCast(tag, hn::PromoteTo(wide, hn::LowerHalf(half, bits)))),
             hn::MaskFromVec(hn::BitCast(tag, hn::PromoteTo(wide, hn::UpperHalf(half, bits))))};
+#endif
 }
 
 HWY_INLINE WideLane Select(WideMask mask, WideLane a, WideLane b)

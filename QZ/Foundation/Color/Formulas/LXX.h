@@ -20,8 +20,8 @@ template <class F>
 HWY_INLINE F LightnessRoot(F t)
 {
     return Choose(
-        t > 0.008856f, [&]() HWY_ATTR { return Pow<Exponent::k0_33333334>(t); },
-        [&]() HWY_ATTR { return t * 7.787f + 0.13793103f; });
+        t > 0.008856f, t, [](F x) HWY_ATTR { return Pow<Exponent::k0_33333334>(x); },
+        [](F x) HWY_ATTR { return x * 7.787f + 0.13793103f; });
 }
 
 /// The inverse. The cube, not the argument, is compared with the threshold.

@@ -20,8 +20,8 @@ template <class F>
 HWY_INLINE F SRGBToLinear(F c)
 {
     return Choose(
-        c > 0.04045f, [&]() HWY_ATTR { return Pow<Exponent::k2_4>((c + 0.055f) * 0.94786733f); },
-        [&]() HWY_ATTR { return c * 0.07739938f; });
+        c > 0.04045f, c, [](F x) HWY_ATTR { return Pow<Exponent::k2_4>((x + 0.055f) * 0.94786733f); },
+        [](F x) HWY_ATTR { return x * 0.07739938f; });
 }
 
 /// Linear light to encoded sRGB.
@@ -29,8 +29,8 @@ template <class F>
 HWY_INLINE F LinearToSRGB(F c)
 {
     return Choose(
-        c > 0.0031308f, [&]() HWY_ATTR { return Pow<Exponent::k0_41666666>(c) * 1.055f - 0.055f; },
-        [&]() HWY_ATTR { return c * 12.92f; });
+        c > 0.0031308f, c, [](F x) HWY_ATTR { return Pow<Exponent::k0_41666666>(x) * 1.055f - 0.055f; },
+        [](F x) HWY_ATTR { return x * 12.92f; });
 }
 
 /// One component without extended range.
@@ -76,15 +76,15 @@ template <class F>
 HWY_INLINE F Rec709ToLinear(F c)
 {
     return Choose(
-        c > 0.081f, [&]() HWY_ATTR { return Pow<Exponent::k2_2222223>((c + 0.099f) * 0.9099181f); },
-        [&]() HWY_ATTR { return c * 0.22222222f; });
+        c > 0.081f, c, [](F x) HWY_ATTR { return Pow<Exponent::k2_2222223>((x + 0.099f) * 0.9099181f); },
+        [](F x) HWY_ATTR { return x * 0.22222222f; });
 }
 template <class F>
 HWY_INLINE F LinearToRec709(F c)
 {
     return Choose(
-        c > 0.018f, [&]() HWY_ATTR { return Pow<Exponent::k0_45>(c) * 1.099f - 0.099f; },
-        [&]() HWY_ATTR { return c * 4.5f; });
+        c > 0.018f, c, [](F x) HWY_ATTR { return Pow<Exponent::k0_45>(x) * 1.099f - 0.099f; },
+        [](F x) HWY_ATTR { return x * 4.5f; });
 }
 template <class F>
 HWY_INLINE F SRGBToRec709(F c)
