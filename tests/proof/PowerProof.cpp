@@ -14,177 +14,101 @@
 #include <vector>
 
 #include "tests/Support/Floats.h"
-#include "tests/proof/PowerReference.h"
-#include "tests/proof/PowerRows.h"
+#include "tests/proof/Expected.h"
+#include "tests/proof/FunctionRows.h"
 
-// Every float through every power with a fixed exponent, one float at a time and by the vectors of every
-// instruction set of the machine, against a reference of more than 100 bits.
+// Every float through every power with a fixed exponent and every curve of one argument, one float at a time
+// and by the vectors of every instruction set of the machine, against a reference of more than 90 bits.
 
 namespace {
 
-using QZ::Foundation::Exponent;
-using QZ::Proof::kChunkCount;
+using QZ::Foundation::FunctionRows;
 using QZ::Proof::kChunkSize;
 using QZ::Test::SameBits;
 
+constexpr std::uint32_t kChunkCount = 1u << 21;
+constexpr std::size_t kPowerCount = 12;
+
 struct Options {
-    int firstExponent = 0;
-    int lastExponent = static_cast<int>(Exponent::k3);
+    std::size_t first = 0;
+    std::size_t end = QZ::Proof::Subjects().size();
     std::uint32_t firstChunk = 0;
     std::uint32_t endChunk = kChunkCount;
     std::uint32_t stride = 1;
     unsigned threads = 1;
 };
 
-/// The vectors that this machine can run, but for those of one float.
-const std::vector<QZ::Foundation::PowersOfLanes>& Lanes()
+/// Single floats, and the vectors that this machine can run, but for those of one float.
+const std::vector<FunctionRows>& Functions()
 {
     static const auto supported = [] {
-        auto lanes = QZ::Foundation::AllPowersOfLanes();
-        std::erase_if(lanes, [](const auto& l) {
-            return l.target == HWY_SCALAR || (l.target & hwy::SupportedTargets()) == 0;
+        auto functions = QZ::Foundation::AllFunctionRows();
+        std::erase_if(functions, [](const FunctionRows& f) {
+            return f.target == HWY_SCALAR || (f.target & hwy::SupportedTargets()) != f.target;
         });
-        return lanes;
+        return functions;
     }();
     return supported;
 }
 
-struct Tally {
-    std::uint64_t floats = 0;
-    std::uint64_t hard = 0;
-    std::uint64_t wrong = 0;
-    double closest = HUGE_VAL;
-    float closestX = 0.0f;
+const char* TargetName(const FunctionRows& functions)
+{
+    return functions.target == 0 ? "single floats" : hwy::TargetName(functions.target);
+}
 
-    void Add(const Tally& other)
-    {
-        floats += other.floats;
-        hard += other.hard;
-        wrong += other.wrong;
-        if (other.closest < closest) {
-            closest = other.closest;
-            closestX = other.closestX;
-        }
-    }
-};
-
-/// The proof of one exponent on one thread.
-class Prover {
+/// The trial of one subject on one thread.
+class Trial {
 public:
-    Prover(Exponent exponent, const QZ::Proof::PowerReference& reference)
-        : m_exponent(exponent), m_reference(reference)
+    Trial(const QZ::Proof::Subject& subject, const QZ::Proof::Expected& expected)
+        : m_name(subject.name), m_expected(expected)
     {}
 
-    void Prove(std::uint32_t chunk)
+    void Run(std::uint32_t chunk)
     {
         for (std::uint32_t i = 0; i < kChunkSize; ++i)
             m_x[i] = std::bit_cast<float>(chunk * static_cast<std::uint32_t>(kChunkSize) + i);
-        FillNearest(chunk);
-        QZ::Foundation::PowersOfSingles(m_exponent, m_x.data(), kChunkSize, m_powers.data());
-        Compare("single floats");
-        for (const auto& lanes : Lanes()) {
-            lanes.row(m_exponent, m_x.data(), kChunkSize, m_powers.data());
-            Compare(hwy::TargetName(lanes.target));
+        m_expected.Fill(m_x.data(), m_nearest.data(), tally);
+        for (const FunctionRows& functions : Functions()) {
+            functions.rows.at(m_name)(m_x.data(), kChunkSize, m_results.data());
+            Compare(TargetName(functions));
         }
         tally.floats += kChunkSize;
     }
 
-    Tally tally;
+    QZ::Proof::Tally tally;
 
 private:
-    void FillNearest(std::uint32_t chunk)
+    void Compare(const char* target)
     {
-        const std::uint32_t exponentBits = (chunk >> 12) & 0xff;
-        const bool isPositive = chunk < kChunkCount / 2;
-        if (m_exponent == Exponent::k3) {
-            FillCubes();
-        } else if (isPositive && exponentBits != 0 && exponentBits != 255) {
-            m_reference.Chunk(chunk, m_nearest.data(), m_isHard.data());
-            for (std::size_t i = 0; i < kChunkSize; ++i)
-                if (m_isHard[i] != 0)
-                    m_nearest[i] = Hard(m_x[i]);
-        } else if (isPositive && exponentBits == 0) {
-            for (std::size_t i = 0; i < kChunkSize; ++i)
-                m_nearest[i] = Hard(m_x[i]);
-        } else {
-            FillSpecial();
-        }
-    }
-
-    float Hard(float x)
-    {
-        double distance = 0.0;
-        const float nearest = m_reference.Nearest(x, distance);
-        ++tally.hard;
-        if (std::isnormal(nearest) && distance < tally.closest) {
-            tally.closest = distance;
-            tally.closestX = x;
-        }
-        return nearest;
-    }
-
-    /// Negative numbers have no power; infinities and NaN stay, a zero loses its sign.
-    void FillSpecial()
-    {
-        for (std::size_t i = 0; i < kChunkSize; ++i) {
-            const bool isNegativeNumber = m_x[i] < 0.0f && std::isfinite(m_x[i]);
-            m_nearest[i] = isNegativeNumber ? QZ::Test::kNaN : std::fabs(m_x[i]);
-        }
-    }
-
-    /// Exactly, in integers: x = m 2^k, and m^3 has 72 bits.
-    void FillCubes()
-    {
-        for (std::size_t i = 0; i < kChunkSize; ++i) {
-            const float x = m_x[i];
-            if (!std::isfinite(x) || x == 0.0f) {
-                m_nearest[i] = x;
-                continue;
-            }
-            int k = 0;
-            const auto m = static_cast<std::uint64_t>(std::ldexp(std::frexp(std::fabs(x), &k), 24));
-            const std::uint64_t square = m * m;
-            const std::uint64_t low = (square & 0xffffffu) * m;
-            const std::uint64_t high = (square >> 24) * m + (low >> 24);   // m^3 = high 2^24 + rest
-            const std::uint64_t sticky = (low & 0xffffffu) != 0 ? 1 : 0;
-            // high has 46 to 48 bits: with a last bit that tells of the rest, one rounding to float is right.
-            const double odd = static_cast<double>(2 * high + sticky);
-            m_nearest[i] = std::copysign(static_cast<float>(std::ldexp(odd, 3 * (k - 24) + 23)), x);
-        }
-    }
-
-    void Compare(const char* what)
-    {
-        if (std::memcmp(m_powers.data(), m_nearest.data(), kChunkSize * sizeof(float)) == 0)
+        if (std::memcmp(m_results.data(), m_nearest.data(), kChunkSize * sizeof(float)) == 0)
             return;   // as nearly always; one NaN may differ from another
         for (std::size_t i = 0; i < kChunkSize; ++i)
-            if (!SameBits(m_powers[i], m_nearest[i]) && ++tally.wrong <= 10)
-                std::printf("wrong on %s: %a ^ %.9g is %a, not %a\n", what, static_cast<double>(m_x[i]),
-                            static_cast<double>(Value(m_exponent)), static_cast<double>(m_nearest[i]),
-                            static_cast<double>(m_powers[i]));
+            if (!SameBits(m_results[i], m_nearest[i]) && ++tally.wrong <= 10)
+                std::printf("wrong on %s: %s of %a is %a, not %a\n", target, m_name.c_str(),
+                            static_cast<double>(m_x[i]), static_cast<double>(m_nearest[i]),
+                            static_cast<double>(m_results[i]));
     }
 
-    Exponent m_exponent;
-    const QZ::Proof::PowerReference& m_reference;
+    const std::string& m_name;
+    const QZ::Proof::Expected& m_expected;
     std::vector<float> m_x = std::vector<float>(kChunkSize);
-    std::vector<float> m_powers = std::vector<float>(kChunkSize);
+    std::vector<float> m_results = std::vector<float>(kChunkSize);
     std::vector<float> m_nearest = std::vector<float>(kChunkSize);
-    std::vector<unsigned char> m_isHard = std::vector<unsigned char>(kChunkSize);
 };
 
-Tally ProveExponent(Exponent exponent, const Options& options)
+QZ::Proof::Tally TryAll(const QZ::Proof::Subject& subject, const Options& options)
 {
-    const QZ::Proof::PowerReference reference(exponent);
+    const QZ::Proof::Expected expected(subject);
     std::atomic<std::uint64_t> next = options.firstChunk;
     std::mutex mutex;
-    Tally total;
+    QZ::Proof::Tally total;
     const auto work = [&] {
-        Prover prover(exponent, reference);
+        Trial trial(subject, expected);
         for (std::uint64_t chunk = next.fetch_add(options.stride); chunk < options.endChunk;
              chunk = next.fetch_add(options.stride))
-            prover.Prove(static_cast<std::uint32_t>(chunk));
+            trial.Run(static_cast<std::uint32_t>(chunk));
         const std::lock_guard lock(mutex);
-        total.Add(prover.tally);
+        total.Add(trial.tally);
     };
     std::vector<std::thread> threads;
     for (unsigned i = 1; i < options.threads; ++i)
@@ -198,11 +122,18 @@ Tally ProveExponent(Exponent exponent, const Options& options)
 [[noreturn]] void ShowHelp()
 {
     std::puts(
-        "PowerProof [--exponent N] [--from BITS] [--to BITS] [--sample] [--threads N]\n"
-        "Compares every power with a fixed exponent, on every float, with the nearest float.\n"
-        "  --exponent N   only number N of Exponent.h, from 0\n"
+        "PowerProof [--only N | --first N | --powers] [--from BITS] [--to BITS] [--every N] [--threads N]\n"
+        "Compares every power with a fixed exponent, and every curve built on them, on every float, with\n"
+        "the one right result. The powers are numbers 0 to 11, in the order of Exponent.h; these follow:");
+    const auto& subjects = QZ::Proof::Subjects();
+    for (std::size_t i = kPowerCount; i < subjects.size(); ++i)
+        std::printf("  %2zu  %s\n", i, subjects[i].name.c_str());
+    std::puts(
+        "  --only N       number N alone\n"
+        "  --first N      number N and what follows\n"
+        "  --powers       numbers 0 to 11\n"
         "  --from, --to   only floats whose bits (hexadecimal) lie from the one to before the other\n"
-        "  --sample       2^26 floats an exponent, by chunks of 2048, in place of all 2^32\n"
+        "  --every N      a sample: only every Nth chunk of 2048 floats\n"
         "  --threads N    one unless told");
     std::exit(2);
 }
@@ -212,25 +143,29 @@ Options Parse(int argc, char** argv)
     Options options;
     for (int i = 1; i < argc; ++i) {
         const std::string name = argv[i];
-        if (name == "--sample") {
-            options.stride = 61;
+        if (name == "--powers") {
+            options.end = kPowerCount;
             continue;
         }
         if (i + 1 == argc)
             ShowHelp();
         const char* value = argv[++i];
-        if (name == "--exponent")
-            options.firstExponent = options.lastExponent = std::atoi(value);
+        if (name == "--only" || name == "--first")
+            options.first = std::strtoull(value, nullptr, 10);
         else if (name == "--from")
             options.firstChunk = static_cast<std::uint32_t>(std::strtoull(value, nullptr, 16) / kChunkSize);
         else if (name == "--to")
             options.endChunk = static_cast<std::uint32_t>(std::strtoull(value, nullptr, 16) / kChunkSize);
+        else if (name == "--every")
+            options.stride = static_cast<std::uint32_t>(std::strtoul(value, nullptr, 10));
         else if (name == "--threads")
             options.threads = static_cast<unsigned>(std::atoi(value));
         else
             ShowHelp();
+        if (name == "--only")
+            options.end = options.first + 1;
     }
-    if (options.firstExponent < 0 || options.lastExponent > static_cast<int>(Exponent::k3))
+    if (options.stride == 0 || options.first >= options.end || options.end > QZ::Proof::Subjects().size())
         ShowHelp();
     return options;
 }
@@ -240,18 +175,18 @@ Options Parse(int argc, char** argv)
 int main(int argc, char** argv)
 {
     const Options options = Parse(argc, argv);
-    std::string targets = "single floats";
-    for (const auto& lanes : Lanes())
-        targets += std::string(", ") + hwy::TargetName(lanes.target);
-    std::printf("on %s\n%-11s %12s %10s %6s %s\n", targets.c_str(), "exponent", "floats", "by MPFR", "wrong",
+    std::string targets;
+    for (const FunctionRows& functions : Functions())
+        targets += (targets.empty() ? "" : ", ") + std::string(TargetName(functions));
+    std::printf("on %s\n%-36s %10s %9s %5s  %s\n", targets.c_str(), "", "floats", "by MPFR", "wrong",
                 "closest to a midpoint, seconds");
     std::uint64_t wrong = 0;
-    for (int e = options.firstExponent; e <= options.lastExponent; ++e) {
+    for (std::size_t i = options.first; i < options.end; ++i) {
+        const QZ::Proof::Subject& subject = QZ::Proof::Subjects()[i];
         const auto start = std::chrono::steady_clock::now();
-        const Tally tally = ProveExponent(static_cast<Exponent>(e), options);
+        const QZ::Proof::Tally tally = TryAll(subject, options);
         const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-        std::printf("%-11.9g %12llu %10llu %6llu 2^%.1f at %a, %.0f\n",
-                    static_cast<double>(Value(static_cast<Exponent>(e))),
+        std::printf("%-36s %10llu %9llu %5llu  2^%.1f at %a, %.0f\n", subject.name.c_str(),
                     static_cast<unsigned long long>(tally.floats),
                     static_cast<unsigned long long>(tally.hard), static_cast<unsigned long long>(tally.wrong),
                     std::log2(tally.closest), static_cast<double>(tally.closestX), seconds.count());

@@ -57,7 +57,7 @@ PowerReference::PowerReference(Foundation::Exponent exponent) : m_exponent(Found
         m_reciprocals.push_back(reciprocal);
         m_intervals.push_back(ToPair(Exactly(mpfr_pow, reciprocal, -e)));
     }
-    for (int k = -126; k <= 127; ++k)
+    for (int k = kLeastBinary; k <= 127; ++k)
         m_binaries.push_back(ToPair(Exactly(mpfr_exp2, e * k)));
 }
 
@@ -72,27 +72,34 @@ inline double OddOf(double high, double low)
     return std::bit_cast<double>(bits + (step & -(isInexact & ~bits)));
 }
 
-/// What the chunk's floats have in common.
+/// The tables, as the loop over a chunk takes them.
 struct Series {
     DoubleDouble low[4];
     double high[4];
-    double reciprocal;
-    DoubleDouble scale;
+    const double* reciprocals;
+    const DoubleDouble* intervals;
+    const DoubleDouble* binaries;   ///< the entry of 2^0
 };
 
-__attribute__((target_clones("avx512f", "avx2", "default"))) void Evaluate(Series s, std::int32_t firstBits,
+/// \param x  positive and finite
+__attribute__((target_clones("avx512f", "avx2", "default"))) void Evaluate(const Series& tables,
+                                                                           const float* __restrict x,
                                                                            float* __restrict nearest,
                                                                            float* __restrict above,
                                                                            float* __restrict below)
 {
-    for (std::int32_t i = 0; i < static_cast<std::int32_t>(kChunkSize); ++i) {
-        const double t = static_cast<double>(std::bit_cast<float>(firstBits + i)) * s.reciprocal - 1.0;
+    const Series s = tables;
+    for (std::size_t i = 0; i < kChunkSize; ++i) {
+        const auto bits = std::bit_cast<std::int64_t>(static_cast<double>(x[i]));
+        const auto m = std::bit_cast<double>((bits & 0x000fffffffffffff) | 0x3ff0000000000000);
+        const std::int64_t interval = (bits >> 40) & 4095;
+        const double t = m * s.reciprocals[interval] - 1.0;
         const double tail = (((s.high[3] * t + s.high[2]) * t + s.high[1]) * t + s.high[0]) * t;
         DoubleDouble series = s.low[3] + DoubleDouble{tail, 0.0};
         series = series * t + s.low[2];
         series = series * t + s.low[1];
         series = series * t + s.low[0];
-        const DoubleDouble power = series * s.scale;
+        const DoubleDouble power = series * (s.intervals[interval] * s.binaries[(bits >> 52) - 1023]);
         const double margin = power.high * kHard;
         const DoubleDouble more = FastTwoSum(power.high, power.low + margin);
         const DoubleDouble less = FastTwoSum(power.high, power.low - margin);
@@ -102,21 +109,40 @@ __attribute__((target_clones("avx512f", "avx2", "default"))) void Evaluate(Serie
     }
 }
 
+bool IsPositiveNumber(float x)
+{
+    return x > 0.0f && x <= std::numeric_limits<float>::max();
+}
+
+/// Negative numbers have no power; infinities and NaN stay, a zero loses its sign.
+float PowerOfSpecial(float x)
+{
+    return x < 0.0f && std::isfinite(x) ? std::numeric_limits<float>::quiet_NaN() : std::fabs(x);
+}
+
 }   // namespace
 
-void PowerReference::Chunk(std::uint32_t chunk, float* nearest, unsigned char* isHard) const
+void PowerReference::Chunk(const float* x, float* nearest, unsigned char* isHard) const
 {
-    const std::size_t interval = chunk % kIntervals;
     Series series;
     std::copy(std::begin(m_binomials), std::end(m_binomials), series.low);
     std::copy(std::begin(m_highBinomials), std::end(m_highBinomials), series.high);
-    series.reciprocal = m_reciprocals[interval];
-    series.scale = m_intervals[interval] * m_binaries[chunk / kIntervals - 1];
+    series.reciprocals = m_reciprocals.data();
+    series.intervals = m_intervals.data();
+    series.binaries = m_binaries.data() - kLeastBinary;
+    float numbers[kChunkSize];
     float above[kChunkSize];
     float below[kChunkSize];
-    Evaluate(series, static_cast<std::int32_t>(0x3f800000u + interval * kChunkSize), nearest, above, below);
-    for (std::size_t i = 0; i < kChunkSize; ++i)
-        isHard[i] = above[i] != below[i];
+    const bool hasAny = std::any_of(x, x + kChunkSize, IsPositiveNumber);
+    if (hasAny) {
+        std::transform(x, x + kChunkSize, numbers, [](float c) { return IsPositiveNumber(c) ? c : 1.0f; });
+        Evaluate(series, numbers, nearest, above, below);
+    }
+    for (std::size_t i = 0; i < kChunkSize; ++i) {
+        const bool isNumber = hasAny && IsPositiveNumber(x[i]);
+        nearest[i] = isNumber ? nearest[i] : PowerOfSpecial(x[i]);
+        isHard[i] = isNumber && above[i] != below[i];
+    }
 }
 
 DoubleDouble PowerReference::Power(DoubleDouble x) const
@@ -133,7 +159,7 @@ DoubleDouble PowerReference::Power(DoubleDouble x) const
     DoubleDouble series = m_binomials[3] + DoubleDouble{tail, 0.0};
     for (int j = 2; j >= 0; --j)
         series = series * t + m_binomials[j];
-    return series * m_intervals[interval] * m_binaries[static_cast<std::size_t>(k - 1 + 126)];
+    return series * m_intervals[interval] * m_binaries[static_cast<std::size_t>(k - 1 - kLeastBinary)];
 }
 
 float PowerReference::Nearest(float x, double& distance) const

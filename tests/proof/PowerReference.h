@@ -10,9 +10,8 @@
 
 namespace QZ::Proof {
 
-/// Floats that agree in sign, exponent and the upper 12 bits of the mantissa.
+/// How many floats are worked at once.
 inline constexpr std::size_t kChunkSize = 2048;
-inline constexpr std::uint32_t kChunkCount = 1u << 21;
 
 /// Powers with one fixed exponent e, in pairs of doubles that err by less than 2^-95, from tables worked by
 /// MPFR and shared with nothing in the library.
@@ -23,11 +22,11 @@ class PowerReference {
 public:
     explicit PowerReference(Foundation::Exponent exponent);
 
-    /// The nearest floats of the powers of the positive normal floats of a chunk.
+    /// The nearest floats of the powers of kChunkSize floats; special values as std::pow gives them.
     /// \param isHard  set where the pair of doubles lies within 2^-52 of a midpoint between floats, relatively.
-    void Chunk(std::uint32_t chunk, float* nearest, unsigned char* isHard) const;
+    void Chunk(const float* x, float* nearest, unsigned char* isHard) const;
 
-    /// The power of a positive number from 2^-126 to 2^127, to 2^-95.
+    /// The power of a positive number from 2^-149 to 2^128, to 2^-95.
     [[nodiscard]] Foundation::DoubleDouble Power(Foundation::DoubleDouble x) const;
 
     /// The nearest float of any power, by MPFR; and its distance from the next midpoint, relatively.
@@ -36,12 +35,14 @@ public:
 private:
     static constexpr std::size_t kIntervals = 4096;
 
+    static constexpr int kLeastBinary = -149;
+
     float m_exponent;
     Foundation::DoubleDouble m_binomials[4];
     double m_highBinomials[4];
     std::vector<double> m_reciprocals;
     std::vector<Foundation::DoubleDouble> m_intervals;
-    std::vector<Foundation::DoubleDouble> m_binaries;   ///< of exponents from -126 to 127
+    std::vector<Foundation::DoubleDouble> m_binaries;   ///< of exponents from kLeastBinary to 127
 };
 
 }   // namespace QZ::Proof
