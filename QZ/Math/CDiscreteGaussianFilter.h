@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "QZ/Math/Detail/Elementary.h"
+
 namespace QZ::Math {
 
 /// Coefficients of a sampled Gaussian, for smoothing evenly spaced values.
@@ -34,7 +36,7 @@ public:
         double sum = 0.0;
         for (std::size_t i = 0; i < coefficients.size(); ++i) {
             const double x = (static_cast<double>(i) - reach) / deviation;
-            coefficients[i] = std::exp(-0.5 * x * x);
+            coefficients[i] = Detail::Exp(-0.5 * x * x);
             sum += coefficients[i];
         }
         for (double& coefficient : coefficients)

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cmath>
-
 #include "QZ/Math/CVector3.h"
+#include "QZ/Math/Detail/Elementary.h"
 
 namespace QZ::Math {
 
@@ -87,9 +86,8 @@ public:
     }
 
 private:
-    // Through double, so that a float angle gives the same rounded sine with every C library.
-    static T Sin(T angle) { return static_cast<T>(std::sin(static_cast<double>(angle))); }
-    static T Cos(T angle) { return static_cast<T>(std::cos(static_cast<double>(angle))); }
+    static T Sin(T angle) { return static_cast<T>(Detail::Sin(static_cast<double>(angle))); }
+    static T Cos(T angle) { return static_cast<T>(Detail::Cos(static_cast<double>(angle))); }
 
     T m_elements[9]{};
 };

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cmath>
-
 #include "QZ/Math/CMatrix3.h"
 #include "QZ/Math/CVector3.h"
+#include "QZ/Math/Detail/Elementary.h"
 
 namespace QZ::Math {
 
@@ -19,9 +18,9 @@ public:
         CVector3<double> unit(axis.x, axis.y, axis.z);
         unit.Normalize();
         const double half = 0.5 * static_cast<double>(angle);
-        const CVector3<double> v = unit * std::sin(half);
+        const CVector3<double> v = unit * Detail::Sin(half);
         m_vector = {static_cast<T>(v.x), static_cast<T>(v.y), static_cast<T>(v.z)};
-        m_scalar = static_cast<T>(std::cos(half));
+        m_scalar = static_cast<T>(Detail::Cos(half));
     }
 
     /// The rotation as a matrix for column vectors.

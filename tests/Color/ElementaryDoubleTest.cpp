@@ -7,6 +7,7 @@
 #include <random>
 #include <vector>
 
+#include "QZ/Math/Detail/Elementary.h"
 #include "tests/Support/Mpfr.h"
 
 namespace QZ::Foundation {
@@ -119,6 +120,19 @@ TEST(SinAndCosInDouble, StayWithinRounding)
     for (const double x : angles) {
         ASSERT_LE(UnitsOff(Double::Sin(x), Exactly(mpfr_sin, x)), kTolerance) << x;
         ASSERT_LE(UnitsOff(Double::Cos(x), Exactly(mpfr_cos, x)), kTolerance) << x;
+    }
+}
+
+TEST(ExpInDouble, StaysWithinRounding)
+{
+    std::vector<double> exponents = Edges();
+    for (const double x : Randoms(20000, 9)) {
+        exponents.push_back(x);
+        exponents.push_back(x * 745.0);
+    }
+    for (const double x : exponents) {
+        const double power = Math::Detail::Exp(x);
+        ASSERT_LE(UnitsOff(power, Exactly(mpfr_exp, x)), PowTolerance(power)) << x;
     }
 }
 

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "QZ/Math/Detail/Elementary.h"
 #include "tests/Support/Mpfr.h"
 
 // The largest error of each elementary function in units of the last place, over random arguments and those
@@ -220,6 +221,10 @@ std::vector<Function> Functions()
         Of<double>("Sin of a double", Double::Sin, mpfr_sin, AngleOf<double>, HardAngles<double>()),
         Of<double>("Cos of a double", Double::Cos, mpfr_cos, AngleOf<double>, HardAngles<double>()),
         OfPoint<double>("Atan2 of doubles", Double::Atan2),
+        Of<double>(
+            "Exp of a double", [](double x) { return QZ::Math::Detail::Exp(x); }, mpfr_exp,
+            [](Arguments& a) { return a.Unit() * 708.0; },
+            {0x1p-53, 0x1p-54, 0x1p-40, 0.5, 1.0, 0x1.62e42fefa39efp-1}),
         Of<double>("Acos of a double", Double::Acos, mpfr_acos, [](Arguments& a) { return a.Unit(); },
                    {0.0, 0.5, 0.7071067811865476, 1.0, 1.0 - 0x1p-53, 1.0 - 0x1p-52, 0x1p-60}),
         Of<double>(

@@ -4,10 +4,13 @@
 
 #include "QZ/Foundation/Color/ElementaryDouble.h"
 #include "QZ/Foundation/Color/ElementaryTables.h"
+#include "QZ/Math/Detail/Elementary.h"
 
 namespace QZ::Foundation::Double {
 
 using namespace ElementaryTables;
+using Math::Detail::Exp;
+using Math::Detail::Scaled;
 
 namespace {
 
@@ -32,24 +35,6 @@ DoubleDouble Log(double x)
         series = series * s2 + kInverseOdd[j];
     const DoubleDouble atanh = s * series;
     return kLn2 * static_cast<double>(k) + (kLog[i] + atanh * 2.0);
-}
-
-struct Scaled {
-    DoubleDouble value;   ///< about 1
-    int exponent;         ///< of the power of 2 that it is to be multiplied by
-};
-
-/// e^x for |x| up to 1000; the relative error is below 2^-98.
-Scaled Exp(DoubleDouble x)
-{
-    const double n = std::floor(x.high * (32.0 / kLn2.high) + 0.5);
-    const DoubleDouble r = x - (DoubleDouble{kLn2Over32[0] * n, 0.0} + DoubleDouble{kLn2Over32[1] * n, 0.0} +
-                                TwoProduct(kLn2Over32[2], n));
-    DoubleDouble series = kInverseFactorial[13];
-    for (int j = 12; j >= 0; --j)
-        series = series * r + kInverseFactorial[j];
-    const int steps = static_cast<int>(n);
-    return {kExp2[steps & 31] * series, steps >> 5};
 }
 
 template <class T>

@@ -13,7 +13,8 @@ if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
             ${generator_sources} -o ${generator}
         WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}
         DEPENDS ${generator_sources} Formulas/MaximumChroma.h Formulas/HSLuv.h ElementaryDouble.h
-            ElementaryTables.h DoubleDouble.h
+            ElementaryTables.h DoubleDouble.h ${PROJECT_SOURCE_DIR}/QZ/Math/Detail/DoubleDouble.h
+            ${PROJECT_SOURCE_DIR}/QZ/Math/Detail/Elementary.h ${PROJECT_SOURCE_DIR}/QZ/Math/Detail/ElementaryTables.h
         VERBATIM)
 else()
     add_executable(GenerateMaximumChroma ${generator_sources})
