@@ -28,6 +28,17 @@ std::vector<Case> Joined(std::vector<Case> cases, const std::vector<Case>& more)
     return cases;
 }
 
+/// Those whose names have one of the words in them; all of them when there are no words.
+std::vector<Case> Chosen(std::vector<Case> cases, const std::vector<std::string>& words)
+{
+    std::erase_if(cases, [&](const Case& c) {
+        return !words.empty() && std::none_of(words.begin(), words.end(), [&](const std::string& word) {
+            return c.name.find(word) != std::string::npos;
+        });
+    });
+    return cases;
+}
+
 std::map<std::string, std::string> ExpectedByName()
 {
     std::map<std::string, std::string> expected;
@@ -62,11 +73,11 @@ Outcome RunCases(const std::string& target, const std::vector<Case>& cases, cons
 
 }   // namespace
 
-std::vector<Outcome> Run(const Progress& progress)
+std::vector<Outcome> Run(const Progress& progress, const std::vector<std::string>& words)
 {
     // One colour at a time takes the same path whatever the machine has.
-    std::vector<Outcome> outcomes = {RunCases("single colours", SingleCases(), progress)};
-    const std::vector<Case> cases = Joined(RowCases(), AnalysisCases());
+    std::vector<Outcome> outcomes = {RunCases("single colours", Chosen(SingleCases(), words), progress)};
+    const std::vector<Case> cases = Chosen(Joined(RowCases(), AnalysisCases()), words);
     for (const std::int64_t target : hwy::SupportedAndGeneratedTargets()) {
         const ForcedTarget forced(target);
         outcomes.push_back(RunCases(hwy::TargetName(target), cases, progress));

@@ -30,7 +30,8 @@ struct Outcome {
 using Progress = std::function<void(const std::string& target, const std::string& name)>;
 
 /// Runs what works on one colour once, and rows and analyses once for each instruction set.
-[[nodiscard]] std::vector<Outcome> Run(const Progress& progress);
+/// \param words  unless empty, only functions whose names have one of these in them
+[[nodiscard]] std::vector<Outcome> Run(const Progress& progress, const std::vector<std::string>& words = {});
 
 /// "digest  name", a line each: the form of the list.
 [[nodiscard]] std::string AsText(const std::vector<Line>& lines);
