@@ -12,12 +12,15 @@ namespace QZ::Tool {
 namespace {
 
 struct Options {
-    PictureToPicture files;
+    PictureOrMovie files;
     Adjustments adjustments;
 };
 
 Status Run(const Options& options, Context& context)
 {
+    if (options.files.IsMovie())
+        return options.files.WorkOnEach(
+            "adjust", [&](Image& image) { Adjust(options.adjustments, image); }, context);
     Image image = options.files.Read(context);
     context.Progress("adjusting");
     Adjust(options.adjustments, image);

@@ -2,6 +2,7 @@
 #include "tools/qz/operations/Balance.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -14,7 +15,7 @@ namespace QZ::Tool {
 namespace {
 
 struct Options {
-    PictureToPicture files;
+    PictureOrMovie files;
     BalanceOptions balance;
 };
 
@@ -43,8 +44,31 @@ nlohmann::ordered_json Json(const Image& image, const Light& light)
     return document;
 }
 
+// A picture without light, as a fade from black begins, stays as it is.
+Status RunOnMovie(const Options& options, Context& context)
+{
+    if (options.balance.displayP3)
+        throw Failure(Status::Usage, "--p3", "movies are written in sRGB", "leave it out");
+    std::atomic<std::uint64_t> dark = 0;
+    const auto balance = [&](Image& image) {
+        try {
+            BalanceWhite(options.balance, image);
+        } catch (const Failure& failure) {
+            if (failure.status != Status::Malformed)
+                throw;
+            ++dark;
+        }
+    };
+    const Status status = options.files.WorkOnEach("balance", balance, context);
+    if (dark > 0)
+        context.Say("pictures without light, which stay as they are: " + std::to_string(dark));
+    return status;
+}
+
 Status Run(const Options& options, Context& context)
 {
+    if (options.files.IsMovie())
+        return RunOnMovie(options, context);
     Image image = options.files.Read(context);
     context.Progress("balancing");
     const Light light = BalanceWhite(options.balance, image);
@@ -66,7 +90,8 @@ void RegisterBalance(CommandLine& line)
         {{"qz balance photo.jpg balanced.png", "the mean of the picture becomes grey"},
          {"qz balance photo.jpg balanced.png --method lsrs", "by local surfaces"},
          {"qz balance photo.jpg balanced.png --light 214,200,171", "what has this colour becomes grey"},
-         {"qz balance photo.jpg balanced.png --p3", "into Display P3"}},
+         {"qz balance photo.jpg balanced.png --p3", "into Display P3"},
+         {"qz balance film.mp4 balanced.mov --light 214,200,171", "a movie, the same for each picture"}},
         [options](Context& context) { return Run(*options, context); });
     options->files.AddTo(command);
     line.AddJson(command);

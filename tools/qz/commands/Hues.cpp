@@ -15,7 +15,7 @@ namespace {
 using Foundation::CHueWeightedHistogram;
 
 struct Options {
-    PictureToPicture files;
+    PictureOrMovie files;
     HuesOptions hues;
 };
 
@@ -39,6 +39,9 @@ nlohmann::ordered_json Json(const Image& image, const Hues& result)
 
 Status Run(const Options& options, Context& context)
 {
+    if (options.files.IsMovie())
+        return options.files.WorkOnEach(
+            "hues", [&](Image& image) { ReduceToHues(options.hues, image); }, context);
     Image image = options.files.Read(context);
     context.Progress("finding the hues");
     const Hues result = ReduceToHues(options.hues, image);
@@ -60,7 +63,8 @@ void RegisterHues(CommandLine& line)
         {{"qz hues photo.jpg hues.png", "four hues"},
          {"qz hues photo.jpg hues.png --count 8 --min-angle 20", "at most eight, well apart"},
          {"qz hues photo.jpg hues.png --space luv --mode relative", "muted as the hues of the picture are"},
-         {"qz hues photo.jpg hues.png --method median-cut", "by the number of pixels"}},
+         {"qz hues photo.jpg hues.png --method median-cut", "by the number of pixels"},
+         {"qz hues film.mp4 hues.mov", "each picture of a movie, with its sound"}},
         [options](Context& context) { return Run(*options, context); });
     options->files.AddTo(command);
     line.AddJson(command);

@@ -77,4 +77,29 @@ Image PictureToPicture::Read(Context& context) const
     return ReadImage(in, context);
 }
 
+void PictureOrMovie::AddTo(CLI::App& command)
+{
+    PictureToPicture::AddTo(command);
+    AddMovieEncoding(command, encoding, "that of IN, or h264");
+    command.get_option("IN")->description(
+        "The picture: PNG, JPEG, WebP, TIFF or PNM; - reads standard input. Or a movie");
+    command.get_option("OUT")->description(
+        "The result: .png or .jpg; - writes standard output. Of a movie: .mov");
+}
+
+Status PictureOrMovie::WorkOnEach(const std::string& doing, const std::function<void(Image&)>& operation,
+                                  Context& context) const
+{
+    context.limits = limits;
+    return WorkOnMovie({in, out.path, encoding}, doing, operation, context);
+}
+
+Image PictureOrMovie::Read(Context& context) const
+{
+    if (encoding.codec || encoding.bitRate)
+        throw Failure(Status::Usage, encoding.codec ? "--codec" : "--bit-rate", "a picture has none",
+                      "end OUT in .mov for a movie");
+    return PictureToPicture::Read(context);
+}
+
 }   // namespace QZ::Tool

@@ -11,6 +11,7 @@
 #include "tools/qz/CommandLine.h"
 #include "tools/qz/io/ImageReader.h"
 #include "tools/qz/io/ImageWriter.h"
+#include "tools/qz/movie/MovieToMovie.h"
 
 namespace QZ::Tool {
 
@@ -58,6 +59,23 @@ struct PictureToPicture {
     /// Checks the output, then reads the input.
     [[nodiscard]] Image Read(Context& context) const;
     void Write(const Image& image, const Context& context) const { WriteImage(image, out, context); }
+};
+
+/// One picture in, one picture out, or the same with every picture of a movie.
+struct PictureOrMovie : PictureToPicture {
+    MovieEncoding encoding;
+
+    void AddTo(CLI::App& command);
+
+    /// Whether a movie is asked for: OUT ends in .mov.
+    [[nodiscard]] bool IsMovie() const { return IsMovieName(out.path) && !out.format; }
+    /// Works on each picture of a movie, on several threads at a time.
+    /// \param doing  what goes on, for the progress.
+    Status WorkOnEach(const std::string& doing, const std::function<void(Image&)>& operation,
+                      Context& context) const;
+
+    /// As PictureToPicture; refuses the options of a movie.
+    [[nodiscard]] Image Read(Context& context) const;
 };
 
 }   // namespace QZ::Tool

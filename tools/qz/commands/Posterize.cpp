@@ -13,7 +13,7 @@ namespace QZ::Tool {
 namespace {
 
 struct Options {
-    PictureToPicture files;
+    PictureOrMovie files;
     Output palette;
     PosterizeOptions posterize;
 };
@@ -46,8 +46,19 @@ void CheckPalette(const Options& options, const Context& context)
     CheckOutput(options.palette, context);
 }
 
+Status RunOnMovie(const Options& options, Context& context)
+{
+    if (!options.palette.path.empty())
+        throw Failure(Status::Usage, "--palette", "each picture of a movie has tones of its own",
+                      "take it of one picture");
+    return options.files.WorkOnEach(
+        "posterize", [&](Image& image) { Posterize(options.posterize, image); }, context);
+}
+
 Status Run(const Options& options, Context& context)
 {
+    if (options.files.IsMovie())
+        return RunOnMovie(options, context);
     const bool draws = !options.palette.path.empty();
     if (draws)
         CheckPalette(options, context);
@@ -73,7 +84,8 @@ void RegisterPosterize(CommandLine& line)
         "posterize", "Reduce a picture to a few greys for each of its hues, which so stay apart.",
         {{"qz posterize photo.jpg poster.png", "four groups of hue and one of little colour"},
          {"qz posterize photo.jpg poster.png --hues 6 --greys 2", "more groups, fewer greys in each"},
-         {"qz posterize photo.jpg poster.png --palette tones.png", "the tones as a picture too"}},
+         {"qz posterize photo.jpg poster.png --palette tones.png", "the tones as a picture too"},
+         {"qz posterize film.mp4 poster.mov", "each picture of a movie, with its sound"}},
         [options](Context& context) { return Run(*options, context); });
     options->files.AddTo(command);
     line.AddJson(command);

@@ -13,12 +13,15 @@ namespace QZ::Tool {
 namespace {
 
 struct Options {
-    PictureToPicture files;
+    PictureOrMovie files;
     ThreeToneOptions tones;
 };
 
 Status Run(const Options& options, Context& context)
 {
+    if (options.files.IsMovie())
+        return options.files.WorkOnEach(
+            "three-tone", [&](Image& image) { ReduceToThreeTones(options.tones, image); }, context);
     Image image = options.files.Read(context);
     const ThreeTone result = ReduceToThreeTones(options.tones, image);
     options.files.Write(image, context);

@@ -14,7 +14,7 @@ namespace QZ::Tool {
 namespace {
 
 struct Options {
-    PictureToPicture files;
+    PictureOrMovie files;
     ThresholdOptions threshold;
 };
 
@@ -28,6 +28,9 @@ std::string Describe(const Threshold& result)
 
 Status Run(const Options& options, Context& context)
 {
+    if (options.files.IsMovie())
+        return options.files.WorkOnEach(
+            "threshold", [&](Image& image) { ApplyThreshold(options.threshold, image); }, context);
     Image image = options.files.Read(context);
     const Threshold result = ApplyThreshold(options.threshold, image);
     options.files.Write(image, context);

@@ -14,7 +14,7 @@ namespace QZ::Tool {
 namespace {
 
 struct Options {
-    PictureToPicture files;
+    PictureOrMovie files;
     TonesOptions tones;
 };
 
@@ -43,6 +43,9 @@ nlohmann::ordered_json Json(const Image& image, const Tones& result)
 
 Status Run(const Options& options, Context& context)
 {
+    if (options.files.IsMovie())
+        return options.files.WorkOnEach(
+            "tones", [&](Image& image) { ReduceToTones(options.tones, image); }, context);
     Image image = options.files.Read(context);
     context.Progress("finding the tones");
     const Tones result = ReduceToTones(options.tones, image);
@@ -64,6 +67,7 @@ void RegisterTones(CommandLine& line)
                  {{"qz tones photo.jpg tones.png", "four tones"},
                   {"qz tones photo.jpg tones.png --count 6 --min-gap 12", "at most six, well apart"},
                   {"qz tones photo.jpg tones.png --gamma 1.4 --shoulder 0.8", "through a tone curve"},
+                  {"qz tones film.mp4 tones.mov --codec hevc", "each picture of a movie, with its sound"},
                   {"qz tones - - <photo.jpg >tones.png", "through a pipe"}},
                  [options](Context& context) { return Run(*options, context); });
     options->files.AddTo(command);

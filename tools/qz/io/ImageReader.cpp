@@ -37,6 +37,12 @@ bool IsPNM(Head head)
            (head[2] == '#' || head[2] == ' ' || (head[2] >= '\t' && head[2] <= '\r'));
 }
 
+// QuickTime and its descendants, Matroska.
+bool IsMovie(Head head)
+{
+    return StartsWith(head, "ftyp", 4) || StartsWith(head, "moov", 4) || StartsWith(head, "\x1A\x45\xDF\xA3");
+}
+
 struct Format {
     bool (*recognises)(Head head);
     void (*decode)(const Bytes& file, PictureBuilder& picture);
@@ -54,6 +60,8 @@ const Format& FindFormat(Head head)
 {
     if (head.empty())
         throw Defect("the file is empty");
+    if (IsMovie(head))
+        throw Defect("a movie, not a picture", "name OUT something.mov, where the command takes movies");
     const auto found =
         std::find_if(kFormats.begin(), kFormats.end(), [&](const Format& f) { return f.recognises(head); });
     if (found == kFormats.end())

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <climits>
+#include <csignal>
 #include <cstring>
 
 #include "tools/qz/Failure.h"
@@ -15,7 +16,12 @@ namespace QZ::Tool {
 namespace {
 
 // Plain memory: a signal handler may read nothing better.
-std::array<char, PATH_MAX> g_unfinished{};
+using PlainPath = std::array<char, PATH_MAX>;
+PlainPath g_unfinished{};
+PlainPath g_companion{};
+
+volatile std::sig_atomic_t g_noting = 0;
+volatile std::sig_atomic_t g_noted = 0;
 
 constexpr std::array kInterruptions = {SIGINT, SIGTERM, SIGHUP};
 
@@ -31,11 +37,23 @@ sigset_t Interruptions()
 // Only calls that POSIX allows in a signal handler.
 extern "C" void HandleInterruption(int)
 {
-    if (g_unfinished[0] != '\0')
-        unlink(g_unfinished.data());
+    if (g_noting != 0 && g_noted == 0) {
+        g_noted = 1;
+        return;
+    }
+    for (const PlainPath* path : {&g_unfinished, &g_companion})
+        if ((*path)[0] != '\0')
+            unlink(path->data());
     constexpr char kMessage[] = "\nqz: interrupted\n";
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kMessage, sizeof kMessage - 1);
     _exit(static_cast<int>(Status::Interrupted));
+}
+
+void Set(PlainPath& memory, const std::string& path)
+{
+    if (path.size() >= memory.size())
+        throw Failure(Status::Output, path, "the name is too long", "write to a shorter path");
+    std::memcpy(memory.data(), path.c_str(), path.size() + 1);
 }
 
 }   // namespace
@@ -45,6 +63,7 @@ void InstallInterruptHandler()
     struct sigaction action = {};
     action.sa_handler = HandleInterruption;
     action.sa_mask = Interruptions();
+    action.sa_flags = SA_RESTART;   // one that is only noted disturbs nobody's reading and writing
     for (const int number : kInterruptions) {
         struct sigaction inherited = {};
         sigaction(number, nullptr, &inherited);
@@ -65,11 +84,26 @@ InterruptBlock::~InterruptBlock()
     sigprocmask(SIG_SETMASK, &m_before, nullptr);
 }
 
-void SetUnfinishedFile(const std::string& path)
+void SetUnfinishedFile(const std::string& path, const std::string& companion)
 {
-    if (path.size() >= g_unfinished.size())
-        throw Failure(Status::Output, path, "the name is too long", "write to a shorter path");
-    std::memcpy(g_unfinished.data(), path.c_str(), path.size() + 1);
+    Set(g_unfinished, path);
+    Set(g_companion, companion);
+}
+
+InterruptNote::InterruptNote()
+{
+    g_noted = 0;
+    g_noting = 1;
+}
+
+InterruptNote::~InterruptNote()
+{
+    g_noting = 0;
+}
+
+bool InterruptNote::Came() const
+{
+    return g_noted != 0;
 }
 
 }   // namespace QZ::Tool

@@ -23,8 +23,20 @@ private:
     sigset_t m_before{};
 };
 
-/// Names the one unfinished file that an interruption removes; an empty path means none. Call it under an
-/// InterruptBlock together with what creates, renames or removes the file.
-void SetUnfinishedFile(const std::string& path);
+/// Names the one unfinished file that an interruption removes, and another that may stand beside it; an empty
+/// path means none. Call it under an InterruptBlock together with what creates, renames or removes the file.
+void SetUnfinishedFile(const std::string& path, const std::string& companion = {});
+
+/// While it lives, the first interruption is only noted: the work is to come to an early end by itself. The
+/// second one ends the process as ever. One at a time.
+class InterruptNote {
+public:
+    InterruptNote();
+    ~InterruptNote();
+    InterruptNote(const InterruptNote&) = delete;
+    InterruptNote& operator=(const InterruptNote&) = delete;
+
+    [[nodiscard]] bool Came() const;
+};
 
 }   // namespace QZ::Tool

@@ -89,16 +89,57 @@ void WriteAll(int descriptor, std::span<const unsigned char> bytes, const std::s
     }
 }
 
+std::string HiddenName()
+{
+    std::random_device random;
+    return ".qz-" + std::to_string(random()) + ".tmp";
+}
+
+int RenameOver(const std::string& name, const std::string& target, bool force)
+{
+    if (force)
+        return rename(name.c_str(), target.c_str());
+    const int result = renameat2(AT_FDCWD, name.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE);
+    if (result == 0 || (errno != EINVAL && errno != ENOSYS))
+        return result;
+    // A file system without that call: look, then rename.
+    struct stat status = {};
+    if (stat(target.c_str(), &status) == 0) {
+        errno = EEXIST;
+        return -1;
+    }
+    return rename(name.c_str(), target.c_str());
+}
+
+void Rename(const std::string& name, const Target& target, bool force, const std::string& path)
+{
+    if (RenameOver(name, target.path, force) == 0)
+        return;
+    if (errno == EEXIST)
+        RefuseExisting(path);
+    RefuseErrno(path, errno);
+}
+
+// The name itself is on the disk only when the folder is. Some file systems cannot sync a folder; that is no
+// failure of the output.
+void SyncFolder(const std::string& path)
+{
+    const int folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        return;
+    fsync(folder);
+    close(folder);
+}
+
 // A file under a temporary name, removed unless it took its own.
 class TemporaryFile {
 public:
     TemporaryFile(const std::string& path, const Target& target)
         : m_path(path), m_target(target), m_folder(FolderOf(target.path))
     {
-        std::random_device random;
         const InterruptBlock block;
         do {
-            m_name = m_folder + "/.qz-" + std::to_string(random()) + ".tmp";
+            m_name = m_folder + "/" + HiddenName();
             SetUnfinishedFile(m_name);
             m_descriptor = open(m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         } while (m_descriptor < 0 && errno == EEXIST);
@@ -138,46 +179,14 @@ public:
     {
         {
             const InterruptBlock block;
-            if (Rename(force) != 0) {
-                if (errno == EEXIST)
-                    RefuseExisting(m_path);
-                RefuseErrno(m_path, errno);
-            }
+            Rename(m_name, m_target, force, m_path);
             m_name.clear();
             SetUnfinishedFile({});
         }
-        SyncFolder();
+        SyncFolder(m_folder);
     }
 
 private:
-    int Rename(bool force) const
-    {
-        if (force)
-            return rename(m_name.c_str(), m_target.path.c_str());
-        const int result =
-            renameat2(AT_FDCWD, m_name.c_str(), AT_FDCWD, m_target.path.c_str(), RENAME_NOREPLACE);
-        if (result == 0 || (errno != EINVAL && errno != ENOSYS))
-            return result;
-        // A file system without that call: look, then rename.
-        struct stat status = {};
-        if (stat(m_target.path.c_str(), &status) == 0) {
-            errno = EEXIST;
-            return -1;
-        }
-        return rename(m_name.c_str(), m_target.path.c_str());
-    }
-
-    // The name itself is on the disk only when the folder is. Some file systems cannot sync a folder; that is
-    // no failure of the output.
-    void SyncFolder() const
-    {
-        const int folder = open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        if (folder < 0)
-            return;
-        fsync(folder);
-        close(folder);
-    }
-
     std::string m_path;
     Target m_target;
     std::string m_folder;
@@ -231,6 +240,27 @@ void WriteOutput(const std::string& path, bool force, std::span<const unsigned c
     TemporaryFile file(path, target);
     file.Write(bytes);
     file.TakeName(force);
+}
+
+std::string TemporaryBeside(const std::string& path)
+{
+    const Target target = FindTarget(path);
+    if (target.exists && !target.regular)
+        Refuse(path, "not a file that can be replaced", "name another one");
+    std::string temporary;
+    do {
+        temporary = FolderOf(target.path) + "/" + HiddenName();
+    } while (access(temporary.c_str(), F_OK) == 0);
+    return temporary;
+}
+
+void TakeOutputName(const std::string& temporary, const std::string& path, bool force)
+{
+    const Target target = FindTarget(path);
+    if (target.exists)
+        chmod(temporary.c_str(), target.mode);
+    Rename(temporary, target, force, path);
+    SyncFolder(FolderOf(target.path));
 }
 
 }   // namespace QZ::Tool

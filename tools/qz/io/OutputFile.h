@@ -18,4 +18,12 @@ void CheckOutput(const std::string& path, bool force);
 /// directly. Throws Failure (Status::Output).
 void WriteOutput(const std::string& path, bool force, std::span<const unsigned char> bytes);
 
+/// A path beside an output, links followed, for a file that takes its name when it is complete: hidden, and
+/// of no file that exists. Throws Failure (Status::Output) for an output that is no regular file.
+[[nodiscard]] std::string TemporaryBeside(const std::string& path);
+
+/// Gives a complete file that lies beside an output the output's name, as WriteOutput does with its own. Call
+/// it under an InterruptBlock. Throws Failure (Status::Output).
+void TakeOutputName(const std::string& temporary, const std::string& path, bool force);
+
 }   // namespace QZ::Tool
