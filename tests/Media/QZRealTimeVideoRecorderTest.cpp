@@ -444,6 +444,20 @@ TEST_F(RealTimeVideoRecorderTest, StopsNowAndIsTornDownOnTheMainQueue)
     EXPECT_EQ(log->Count("startSession 0/30"), 1);
 }
 
+TEST_F(RealTimeVideoRecorderTest, TellsUntilWhenTheFileIsBeingCompleted)
+{
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(Record(MakeTime(1, 30)));
+    const auto writer = Writer();
+    EXPECT_FALSE(recorder->finishing());
+    recorder->stop();
+    EXPECT_TRUE(recorder->finishing());
+    Drain();
+    EXPECT_TRUE(recorder->finishing()) << "the teardown does not wait for the file";
+    writer->Complete();
+    EXPECT_FALSE(recorder->finishing());
+}
+
 TEST_F(RealTimeVideoRecorderTest, AsksForTheFileToBeFinishedOnce)
 {
     ASSERT_TRUE(Start());

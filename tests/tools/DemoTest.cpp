@@ -125,6 +125,10 @@ TEST(Demo, ShowsPicturesThatAreAllThere)
     EXPECT_THAT(page, testing::Not(HasSubstr("http"))) << "nothing from the network";
     for (std::size_t i = 0; i + 1 < files.size(); ++i) {
         EXPECT_THAT(page, HasSubstr("src=\"" + files[i].name + "\""));
+        if (files[i].name.ends_with(".mov")) {
+            EXPECT_EQ(std::string(files[i].bytes.begin() + 4, files[i].bytes.begin() + 8), "ftyp");
+            continue;
+        }
         const Image picture = DecodeImage(files[i].bytes, Limits());
         EXPECT_GT(picture.Count(), 0u) << files[i].name;
     }

@@ -138,6 +138,7 @@ struct QZRealTimeVideoRecorder::Recording {
     bool finishing = false;
 
     std::atomic<bool> started = false;
+    std::atomic<int> unfinishedFiles = 0;   ///< that a stop has asked for
 
     Tracks CurrentTracks() const
     {
@@ -352,8 +353,13 @@ void QZRealTimeVideoRecorder::stop()
     const auto requested = std::make_shared<std::promise<void>>();
     DispatchQueue::Global()->Async(
         [requested, start, writer = tracks.writer, recording = m_recording]() mutable {
-            if (writer)
-                writer->FinishWriting([start, writer, recording] { recording->Finished(*writer, start); });
+            if (writer) {
+                ++recording->unfinishedFiles;
+                writer->FinishWriting([start, writer, recording] {
+                    recording->Finished(*writer, start);
+                    --recording->unfinishedFiles;
+                });
+            }
             writer.reset();   // before the caller goes on: the teardown is to release the last of them
             requested->set_value();
         });
@@ -365,6 +371,11 @@ std::optional<std::string> QZRealTimeVideoRecorder::filename() const
 {
     const std::lock_guard lock(m_recording->mutex);
     return m_recording->filename;
+}
+
+bool QZRealTimeVideoRecorder::finishing() const
+{
+    return m_recording->unfinishedFiles > 0;
 }
 
 bool QZRealTimeVideoRecorder::started() const

@@ -49,7 +49,7 @@ public:
 ///         Show(recorder.failureReason());
 ///     ...                      // for every displayed frame: recorder.recordFrame();
 ///     recorder.stop();         // and on the main thread, soon: MainQueue::Shared().Drain()
-///     Share(recorder.filename());
+///     ...                      // once recorder.finishing() is false: Share(recorder.filename());
 /// \endcode
 class QZ_API QZRealTimeVideoRecorder {
 public:
@@ -102,6 +102,9 @@ public:
     /// Has the file finished and returns. The rest happens on the main queue: until it has run, started()
     /// answers true and no other recording can start. The file name stays.
     void stop();
+
+    /// Whether a file is being completed: from the stop on, until it is a whole movie or has failed.
+    [[nodiscard]] bool finishing() const;
 
     /// Path of the movie, also after it was stopped.
     [[nodiscard]] std::optional<std::string> filename() const;

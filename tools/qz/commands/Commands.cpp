@@ -16,7 +16,9 @@ void RegisterCommands(CommandLine& line)
     RegisterPalette(line);
     RegisterColor(line);
     RegisterChromaMap(line);
+    RegisterCompare(line);
     RegisterSample(line);
+    RegisterRecord(line);
     RegisterDemo(line);
     RegisterSelftest(line);
 }

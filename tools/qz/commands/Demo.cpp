@@ -50,12 +50,14 @@ Status Run(const Options& options, Context& context)
 void RegisterDemo(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
-        "demo", "Run everything on one picture; the results come into a folder with a page, index.html.",
-        {{"qz demo shown", "on a sample picture that qz renders"},
-         {"qz demo shown --image photo.jpg", "on your own"},
-         {"qz demo shown --image photo.jpg --force", "into a folder that holds files already"}},
-        [options](Context& context) { return Run(*options, context); });
+    CLI::App& command =
+        line.Add("demo",
+                 "Run everything on one picture, and record a movie; the results come into a folder with\n"
+                 "a page, index.html.",
+                 {{"qz demo shown", "on a sample picture that qz renders"},
+                  {"qz demo shown --image photo.jpg", "on your own"},
+                  {"qz demo shown --image photo.jpg --force", "into a folder that holds files already"}},
+                 [options](Context& context) { return Run(*options, context); });
     command.add_option("DIR", options->folder, "The folder: a new or an empty one")->required();
     command.add_option("--image", options->picture, "A picture of your own; - reads standard input")
         ->type_name("FILE");

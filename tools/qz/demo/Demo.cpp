@@ -3,6 +3,7 @@
 
 #include <chrono>
 
+#include "tools/qz/demo/Movies.h"
 #include "tools/qz/demo/Page.h"
 #include "tools/qz/demo/Reduce.h"
 #include "tools/qz/demo/Steps.h"
@@ -98,6 +99,14 @@ public:
         Add(entry, ChromaMapSheet());
     }
 
+    void ShowMovies()
+    {
+        for (DemoMovie& movie : MakeDemoMovies(m_context)) {
+            m_files.push_back({movie.entry.picture, std::move(movie.bytes)});
+            m_page.entries.push_back(std::move(movie.entry));
+        }
+    }
+
     std::vector<FolderFile> Finish()
     {
         m_files.push_back({m_page.before, EncodePNG(Reduced(m_image, kLongestSide))});
@@ -128,6 +137,7 @@ std::vector<FolderFile> MakeDemo(const Image& image, const std::string& name, co
     for (const Step& step : DemoSteps())
         maker.Show(step);
     maker.ShowMeasures();
+    maker.ShowMovies();
     return maker.Finish();
 }
 

@@ -10,7 +10,7 @@
 
 namespace QZ::Tool {
 
-/// Runs everything on a picture.
+/// Runs everything on a picture, and on a movie that it records.
 /// \param name      what to call the picture on the page and in the command lines.
 /// \param progress  told what goes on.
 /// \return  the files of the folder, index.html last. Pictures are reduced to 1400 pixels.

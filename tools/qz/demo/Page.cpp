@@ -33,7 +33,7 @@ article { background: var(--card); border: 1px solid var(--line); border-radius:
 .one { margin-top: 14px; }
 figure { margin: 0; }
 figcaption { font-size: 13px; color: var(--quiet); margin-top: 4px; }
-img { display: block; width: 100%; height: auto; border-radius: 6px; background: #fff; }
+img, video { display: block; width: 100%; height: auto; border-radius: 6px; background: #fff; }
 code { display: block; margin-top: 12px; padding: 8px 12px; border-radius: 6px; background: var(--paper);
        border: 1px solid var(--line); font: 14px/1.5 ui-monospace, "DejaVu Sans Mono", Menlo, monospace;
        overflow-x: auto; white-space: pre; }
@@ -69,6 +69,10 @@ std::string AnchorOf(const std::string& group)
 
 std::string Figure(const std::string& file, const std::string& caption, const std::string& alternative)
 {
+    if (file.ends_with(".mov"))
+        return "<figure><video src=\"" + file + "\" title=\"" + Escaped(alternative) +
+               "\" controls loop muted playsinline preload=\"auto\"></video><figcaption>" + Escaped(caption) +
+               "</figcaption></figure>\n";
     return "<figure><a href=\"" + file + "\"><img src=\"" + file + "\" alt=\"" + Escaped(alternative) +
            "\" loading=\"lazy\"></a><figcaption>" + Escaped(caption) + "</figcaption></figure>\n";
 }
@@ -81,7 +85,8 @@ std::string Article(const PageEntry& entry, const Page& page)
     if (!entry.result.empty())
         html += "<p class=\"quiet\">" + Escaped(entry.result) + "</p>\n";
     if (entry.besides)
-        html += "<div class=\"pair\">" + Figure(page.before, "before", "the picture before") +
+        html += "<div class=\"pair\">" +
+                Figure(entry.before.empty() ? page.before : entry.before, "before", "what it was made of") +
                 Figure(entry.picture, "after", entry.title) + "</div>\n";
     else
         html += "<div class=\"one\">" + Figure(entry.picture, "", entry.title) + "</div>\n";

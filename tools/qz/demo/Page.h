@@ -13,9 +13,10 @@ struct PageEntry {
     std::string text;             ///< What it does, a sentence.
     std::string result;           ///< What was measured; may be empty.
     std::string command;          ///< The line to type; may be empty.
-    std::string picture;          ///< File name of the result.
+    std::string picture;          ///< File name of the result, a picture or a movie.
     bool besides = true;          ///< Whether the picture before stands beside it.
     double milliseconds = -1.0;   ///< Negative: not measured.
+    std::string before = {};      ///< What stands beside it; empty for the picture that all work on.
 };
 
 struct Page {

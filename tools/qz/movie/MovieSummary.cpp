@@ -2,6 +2,7 @@
 #include "tools/qz/movie/MovieSummary.h"
 
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
 namespace QZ::Tool {
 

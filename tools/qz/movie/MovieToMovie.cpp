@@ -13,7 +13,6 @@
 #include "tools/qz/movie/MovieFailure.h"
 #include "tools/qz/movie/MovieFile.h"
 #include "tools/qz/movie/MovieProgress.h"
-#include "tools/qz/movie/MovieSummary.h"
 #include "tools/qz/movie/PicturesAhead.h"
 #include "tools/qz/movie/Pixels.h"
 
@@ -205,15 +204,20 @@ private:
 
 }   // namespace
 
-Status WorkOnMovie(const MovieToMovie& files, const std::string& doing,
-                   const std::function<void(Image&)>& operation, Context& context)
+MovieSummary MakeMovie(const MovieToMovie& files, const std::string& doing,
+                       const std::function<void(Image&)>& operation, const Context& context)
 {
     CheckMovieOutput(files.out, context.force);
     if (files.in == "-")
         throw Failure(Status::Usage, "standard input", "a movie is read at any place", "name a file");
     const std::unique_ptr<MovieReader> movie = Open(files, context);
-    const MovieSummary summary = Job(files, *movie, doing, operation, context).Run();
-    return Tell(summary, files.out, context);
+    return Job(files, *movie, doing, operation, context).Run();
+}
+
+Status WorkOnMovie(const MovieToMovie& files, const std::string& doing,
+                   const std::function<void(Image&)>& operation, Context& context)
+{
+    return Tell(MakeMovie(files, doing, operation, context), files.out, context);
 }
 
 }   // namespace QZ::Tool
