@@ -8,9 +8,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <random>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "tests/Movie/Scratch.h"
 
@@ -31,65 +35,124 @@ void WaitForContent(const std::string& path)
     }
 }
 
-/// Runs RecordForever, kills it `seconds` after its first picture was stored, and gives the number of
-/// pictures that it had appended.
-int RecordAndKill(const std::string& path, const std::string& codec, double seconds)
-{
-    int ends[2] = {};
-    EXPECT_EQ(::pipe(ends), 0);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-    posix_spawn_file_actions_addclose(&actions, ends[0]);
-    std::string program = QZ_RECORD_FOREVER, file = path, name = codec;
-    char* arguments[] = {program.data(), file.data(), name.data(), nullptr};
-    pid_t child = 0;
-    EXPECT_EQ(posix_spawn(&child, program.c_str(), &actions, nullptr, arguments, environ), 0);
-    posix_spawn_file_actions_destroy(&actions);
-    ::close(ends[1]);
-    std::string told;
-    char block[4096];
-    ssize_t count = ::read(ends[0], block, sizeof block);
-    if (count > 0) {
-        told.append(block, static_cast<std::size_t>(count));
-        WaitForContent(path);
-        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+/// A RecordForever of its own process.
+class Victim {
+public:
+    explicit Victim(std::vector<std::string> arguments)
+    {
+        int ends[2] = {};
+        EXPECT_EQ(::pipe(ends), 0);
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+        posix_spawn_file_actions_addclose(&actions, ends[0]);
+        arguments.insert(arguments.begin(), QZ_RECORD_FOREVER);
+        std::vector<char*> pointers;
+        for (std::string& argument : arguments)
+            pointers.push_back(argument.data());
+        pointers.push_back(nullptr);
+        EXPECT_EQ(posix_spawn(&m_child, pointers[0], &actions, nullptr, pointers.data(), environ), 0);
+        posix_spawn_file_actions_destroy(&actions);
+        ::close(ends[1]);
+        m_told = ::fdopen(ends[0], "r");
     }
-    ::kill(child, SIGKILL);
-    while ((count = ::read(ends[0], block, sizeof block)) > 0)
-        told.append(block, static_cast<std::size_t>(count));
-    ::close(ends[0]);
-    ::waitpid(child, nullptr, 0);
-    if (told.size() < 2)
-        return 0;
-    const std::size_t line = told.rfind('\n', told.size() - 2);
-    return std::atoi(told.c_str() + (line == std::string::npos ? 0 : line + 1));
+    ~Victim() { std::fclose(m_told); }
+    Victim(const Victim&) = delete;
+    Victim& operator=(const Victim&) = delete;
+
+    /// Waits until it has appended so many pictures, or has ended. \return how many it had
+    int WaitFor(int pictures)
+    {
+        char line[32];
+        while (m_appended < pictures && std::fgets(line, sizeof line, m_told))
+            m_appended = std::atoi(line);
+        return m_appended;
+    }
+
+    /// \return how many pictures it had appended.
+    int Kill()
+    {
+        ::kill(m_child, SIGKILL);
+        const int appended = WaitFor(std::numeric_limits<int>::max());
+        ::waitpid(m_child, nullptr, 0);
+        return appended;
+    }
+
+private:
+    pid_t m_child = 0;
+    FILE* m_told = nullptr;
+    int m_appended = 0;
+};
+
+int Kills()
+{
+    const char* wanted = std::getenv("QZ_SURVIVAL_KILLS");
+    return wanted ? std::atoi(wanted) : 4;
 }
+
+/// How many pictures a file shows; it must play without a complaint.
+int Played(const std::string& path)
+{
+    const std::string counted =
+        Probe(path, "-select_streams v -count_frames -show_entries stream=nb_read_frames");
+    EXPECT_EQ(Output("ffmpeg -v error -i '" + path + "' -f null - 2>&1"), "") << path;
+    return std::atoi(counted.c_str() + counted.find('=') + 1);
+}
+
+void Sleep(double seconds)
+{
+    std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+}
+
+void Report(const char* what, std::vector<int> losses)
+{
+    std::sort(losses.begin(), losses.end());
+    std::printf("    %zu recordings killed %s: %d pictures lost at the median, %d at most\n", losses.size(),
+                what, losses[losses.size() / 2], losses.back());
+}
+
+constexpr const char* kCodecs[] = {"h264", "hevc", "prores"};
+constexpr int kSecond = 30;   // pictures
 
 TEST(Survival, AKilledRecordingPlaysUpToAboutTheLastSecond)
 {
-    const char* wanted = std::getenv("QZ_SURVIVAL_KILLS");
-    const int kills = wanted ? std::atoi(wanted) : 4;
     const ScratchFolder folder;
     std::mt19937 random(20011);
     std::uniform_real_distribution<double> moment(0.1, 1.6);
-    const std::string codecs[] = {"h264", "hevc", "prores"};
     std::vector<int> losses;
-    for (int i = 0; i < kills; ++i) {
+    for (int i = 0; i < Kills(); ++i) {
         const std::string path = folder.File(std::to_string(i) + ".mov");
-        const int appended = RecordAndKill(path, codecs[i % 3], moment(random));
-        ASSERT_GT(appended, 0) << "the recorder did not start";
-        const std::string counted =
-            Probe(path, "-select_streams v -count_frames -show_entries stream=nb_read_frames");
-        const int played = std::atoi(counted.c_str() + counted.find('=') + 1);
-        EXPECT_EQ(Output("ffmpeg -v error -i '" + path + "' -f null - 2>&1"), "") << path;
-        losses.push_back(appended - played);
-        EXPECT_LE(losses.back(), 30) << codecs[i % 3] << " of " << appended;   // a second
+        Victim victim({path, kCodecs[i % 3]});
+        ASSERT_GT(victim.WaitFor(1), 0) << "the recorder did not start";
+        WaitForContent(path);
+        Sleep(moment(random));
+        const int appended = victim.Kill();
+        losses.push_back(appended - Played(path));
+        EXPECT_LE(losses.back(), kSecond) << kCodecs[i % 3] << " of " << appended;
         std::filesystem::remove(path);
     }
-    std::sort(losses.begin(), losses.end());
-    std::printf("    %d recordings killed: %d pictures lost at the median, %d at most\n", kills,
-                losses[losses.size() / 2], losses.back());
+    Report("while they record", losses);
+}
+
+// The ordinary file is made beside the recorded one, which stays until it is replaced whole.
+TEST(Survival, ARecordingThatIsKilledWhileItIsFinishedPlaysToo)
+{
+    const ScratchFolder folder;
+    std::mt19937 random(20012);
+    std::uniform_real_distribution<double> moment(0.0, 0.1);
+    std::vector<int> losses;
+    constexpr int kPictures = 120;
+    for (int i = 0; i < Kills(); ++i) {
+        const std::string path = folder.File(std::to_string(i) + ".mov");
+        Victim victim({path, kCodecs[i % 3], std::to_string(kPictures)});
+        ASSERT_EQ(victim.WaitFor(kPictures), kPictures) << "the recorder did not start";
+        Sleep(moment(random));
+        ASSERT_EQ(victim.Kill(), kPictures);
+        losses.push_back(kPictures - Played(path));
+        EXPECT_LE(losses.back(), kSecond) << kCodecs[i % 3];
+        std::filesystem::remove(path);
+    }
+    Report("while they are finished", losses);
 }
 
 }   // namespace
