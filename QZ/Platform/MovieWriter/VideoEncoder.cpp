@@ -2,9 +2,11 @@
 #include "QZ/Platform/MovieWriter/VideoEncoder.h"
 
 #include <algorithm>
+#include <iterator>
 #include <thread>
 
 #include "QZ/Platform/MovieWriter/CodecConfiguration.h"
+#include "QZ/Platform/MovieWriter/ProResRate.h"
 
 namespace QZ::Platform::Movie {
 
@@ -20,10 +22,23 @@ constexpr const char* kQualityHEVC = "20";
 // Pictures that an encoder may look ahead offline: with its threads, still well under a second of 30 frames.
 constexpr const char* kLookahead = "rc-lookahead=12:bframes=2";
 
+constexpr int kMostPictureThreads = 4;
+
 // More threads would hold back more pictures, which a dying process loses.
 int ThreadCount()
 {
     return static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1u, 8u));
+}
+
+/// libx265 gives the threads among which it splits pictures a low priority (nice 10), so that they starve on
+/// a small machine that has other work, showing what is recorded, say. There each picture has a thread of its
+/// own.
+std::string ThreadsOfX265(bool realTime)
+{
+    const int threads = ThreadCount();
+    const bool small = threads <= kMostPictureThreads;
+    const std::string pictures = small ? "pools=none:wpp=0:" : "";
+    return realTime ? pictures + "frame-threads=" + std::to_string(small ? threads : 2) + ":" : pictures;
 }
 
 const char* EncoderName(VideoCodec codec)
@@ -48,115 +63,153 @@ AVPixelFormat VideoEncoder::PixelFormat(VideoCodec codec)
 
 bool VideoEncoder::Fail(const std::string& what)
 {
-    m_reason = std::string(EncoderName(m_codec)) + " " + what;
+    m_reason = std::string(EncoderName(m_encoding.codec)) + " " + what;
     return false;
 }
 
-void VideoEncoder::ConfigureRate(const VideoEncoding& encoding)
+void VideoEncoder::ConfigureRate(AVCodecContext& context) const
 {
-    const int interval = encoding.keyFrameInterval.value_or(0);
-    m_context->gop_size = interval > 0 ? interval : kDefaultKeyFrameInterval;
+    const int interval = m_encoding.keyFrameInterval.value_or(0);
+    context.gop_size = interval > 0 ? interval : kDefaultKeyFrameInterval;
     // Recorders ask for a key frame a second. Where times vary, libx264 goes by them; libx265 only by this
     // rate.
-    m_context->framerate = {interval > 0 ? interval : kDefaultFrameRate, 1};
-    const std::int64_t bitRate = encoding.averageBitRate.value_or(0);
+    context.framerate = {interval > 0 ? interval : kDefaultFrameRate, 1};
+    const std::int64_t bitRate = m_encoding.averageBitRate.value_or(0);
     if (bitRate > 0) {
-        m_context->bit_rate = std::max<std::int64_t>(bitRate, 1000);   // encoders count in kbit/s
+        context.bit_rate = std::max<std::int64_t>(bitRate, 1000);   // encoders count in kbit/s
     } else {
-        av_opt_set(m_context->priv_data, "crf", m_codec == VideoCodec::H264 ? kQualityH264 : kQualityHEVC, 0);
+        const bool isH264 = m_encoding.codec == VideoCodec::H264;
+        av_opt_set(context.priv_data, "crf", isH264 ? kQualityH264 : kQualityHEVC, 0);
     }
 }
 
-void VideoEncoder::ConfigureX264(const VideoEncoding& encoding)
+void VideoEncoder::ConfigureX264(AVCodecContext& context) const
 {
-    ConfigureRate(encoding);
-    av_opt_set(m_context->priv_data, "preset", encoding.realTime ? "superfast" : "fast", 0);
+    ConfigureRate(context);
+    av_opt_set(context.priv_data, "preset", m_encoding.realTime ? "superfast" : "fast", 0);
     // In real time each picture is split among the threads instead of several being under way.
-    av_opt_set(m_context->priv_data, "x264-params",
-               encoding.realTime ? "rc-lookahead=0:sync-lookahead=0:mbtree=0:bframes=0:sliced-threads=1"
-                                 : kLookahead,
+    av_opt_set(context.priv_data, "x264-params",
+               m_encoding.realTime ? "rc-lookahead=0:sync-lookahead=0:mbtree=0:bframes=0:sliced-threads=1"
+                                   : kLookahead,
                0);
 }
 
-void VideoEncoder::ConfigureX265(const VideoEncoding& encoding)
+void VideoEncoder::ConfigureX265(AVCodecContext& context) const
 {
-    ConfigureRate(encoding);
-    av_opt_set(m_context->priv_data, "preset", encoding.realTime ? "ultrafast" : "fast", 0);
-    if (encoding.realTime)
-        av_opt_set(m_context->priv_data, "tune", "zerolatency", 0);
-    const std::string common = "log-level=none:open-gop=0:info=0:";
-    av_opt_set(
-        m_context->priv_data, "x265-params",
-        (common + (encoding.realTime ? "frame-threads=1:rc-lookahead=0:bframes=0" : kLookahead)).c_str(), 0);
+    ConfigureRate(context);
+    av_opt_set(context.priv_data, "preset", m_encoding.realTime ? "ultrafast" : "fast", 0);
+    if (m_encoding.realTime)
+        av_opt_set(context.priv_data, "tune", "zerolatency", 0);
+    const std::string common = "log-level=none:open-gop=0:info=0:" + ThreadsOfX265(m_encoding.realTime);
+    const std::string mode = m_encoding.realTime ? "rc-lookahead=0:bframes=0" : kLookahead;
+    av_opt_set(context.priv_data, "x265-params", (common + mode).c_str(), 0);
+}
+
+void VideoEncoder::ConfigureProRes(AVCodecContext& context, std::size_t quantiser) const
+{
+    av_opt_set(context.priv_data, "profile", "standard", 0);
+    av_opt_set(context.priv_data, "vendor", "qz  ", 0);
+    context.flags |= AV_CODEC_FLAG_QSCALE;
+    context.global_quality = FF_QP2LAMBDA * kProResQuantisers[quantiser];
+    // Each picture is split among the threads, so that it comes out at once.
+    context.thread_type = FF_THREAD_SLICE;
+    // Its frame header has no code for the sRGB transfer; the file's colour parameters have.
+    context.color_trc = AVCOL_TRC_UNSPECIFIED;
+}
+
+/// An open encoder, or null with a reason.
+Owned<AVCodecContext> VideoEncoder::OpenContext(std::size_t quantiser)
+{
+    Owned<AVCodecContext> context = NewEncoder(EncoderName(m_encoding.codec));
+    if (!context) {
+        Fail("is missing from the codec library");
+        return nullptr;
+    }
+    context->width = m_encoding.width;
+    context->height = m_encoding.height;
+    context->pix_fmt = PixelFormat(m_encoding.codec);
+    context->time_base = {1, m_encoding.timescale};
+    context->color_primaries = AVCOL_PRI_BT709;
+    context->colorspace = AVCOL_SPC_BT709;
+    context->color_trc = AVCOL_TRC_IEC61966_2_1;
+    context->color_range = AVCOL_RANGE_MPEG;
+    context->chroma_sample_location = AVCHROMA_LOC_LEFT;
+    context->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    context->thread_count = ThreadCount();
+    switch (m_encoding.codec) {
+        case VideoCodec::H264:
+            ConfigureX264(*context);
+            break;
+        case VideoCodec::HEVC:
+            ConfigureX265(*context);
+            break;
+        case VideoCodec::ProRes422:
+            ConfigureProRes(*context, quantiser);
+            break;
+    }
+    const int opened = avcodec_open2(context.get(), nullptr, nullptr);
+    if (opened >= 0)
+        return context;
+    Fail("refuses " + std::to_string(m_encoding.width) + " x " + std::to_string(m_encoding.height) +
+         " pixels: " + CodecError(opened));
+    return nullptr;
+}
+
+bool VideoEncoder::Use(std::size_t quantiser)
+{
+    if (!m_contexts[quantiser])
+        m_contexts[quantiser] = OpenContext(quantiser);
+    if (!m_contexts[quantiser])
+        return false;
+    m_quantiser = quantiser;
+    return true;
 }
 
 bool VideoEncoder::Open(const VideoEncoding& encoding)
 {
-    m_codec = encoding.codec;
-    m_context = NewEncoder(EncoderName(m_codec));
+    m_encoding = encoding;
+    m_contexts.resize(IsProRes() ? std::size(kProResQuantisers) : 1);
     m_packet.reset(av_packet_alloc());
-    if (!m_context || !m_packet)
-        return Fail("is missing from the codec library");
-    m_context->width = encoding.width;
-    m_context->height = encoding.height;
-    m_context->pix_fmt = PixelFormat(m_codec);
-    m_context->time_base = {1, encoding.timescale};
-    m_context->color_primaries = AVCOL_PRI_BT709;
-    m_context->colorspace = AVCOL_SPC_BT709;
-    m_context->color_trc = AVCOL_TRC_IEC61966_2_1;
-    m_context->color_range = AVCOL_RANGE_MPEG;
-    m_context->chroma_sample_location = AVCHROMA_LOC_LEFT;
-    m_context->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-    m_context->thread_count = ThreadCount();
-    switch (m_codec) {
-        case VideoCodec::H264:
-            ConfigureX264(encoding);
-            break;
-        case VideoCodec::HEVC:
-            ConfigureX265(encoding);
-            break;
-        case VideoCodec::ProRes422:
-            av_opt_set(m_context->priv_data, "profile", "standard", 0);
-            // In real time each picture is split among the threads instead of several being under way.
-            if (encoding.realTime)
-                m_context->thread_type = FF_THREAD_SLICE;
-            av_opt_set(m_context->priv_data, "vendor", "qz  ", 0);
-            // Its frame header has no code for the sRGB transfer; the file's colour parameters have.
-            m_context->color_trc = AVCOL_TRC_UNSPECIFIED;
-            break;
-    }
-    const int opened = avcodec_open2(m_context.get(), nullptr, nullptr);
-    if (opened < 0)
-        return Fail("refuses " + std::to_string(encoding.width) + " x " + std::to_string(encoding.height) +
-                    " pixels: " + CodecError(opened));
-    if (m_codec != VideoCodec::ProRes422 && Configuration().empty())
-        return Fail("gave no parameter sets");
-    return true;
+    if (!m_packet)
+        return Fail("is out of memory");
+    if (!Use(0))
+        return false;
+    return IsProRes() || !Configuration().empty() || Fail("gave no parameter sets");
+}
+
+/// Where the next quantiser's encoder cannot be had, pictures go on with this one.
+void VideoEncoder::AdaptQuantiser(std::size_t pictureSize)
+{
+    const std::size_t target = ProResTargetSize(m_encoding.width, m_encoding.height);
+    if (!Use(NextProResQuantiser(m_quantiser, pictureSize, target)))
+        m_reason.clear();
 }
 
 bool VideoEncoder::Encode(AVFrame* picture, std::int64_t presentationTime, const SampleSink& sink)
 {
+    AVCodecContext* const context = m_contexts[m_quantiser].get();
     if (picture) {
         picture->pts = presentationTime;
         picture->pict_type = AV_PICTURE_TYPE_NONE;
         // prores_ks takes these from the picture.
-        picture->color_primaries = m_context->color_primaries;
-        picture->color_trc = m_context->color_trc;
-        picture->colorspace = m_context->colorspace;
-        picture->color_range = m_context->color_range;
+        picture->color_primaries = context->color_primaries;
+        picture->color_trc = context->color_trc;
+        picture->colorspace = context->colorspace;
+        picture->color_range = context->color_range;
     }
-    int result = avcodec_send_frame(m_context.get(), picture);
+    int result = avcodec_send_frame(context, picture);
     if (result < 0)
         return Fail("cannot encode: " + CodecError(result));
-    while ((result = avcodec_receive_packet(m_context.get(), m_packet.get())) >= 0) {
+    while ((result = avcodec_receive_packet(context, m_packet.get())) >= 0) {
         EncodedSample sample;
         sample.presentationTime = m_packet->pts;
         sample.decodeTime = std::min(m_packet->dts, m_packet->pts);
         sample.sync = (m_packet->flags & AV_PKT_FLAG_KEY) != 0;
         const std::span<const unsigned char> data(m_packet->data, static_cast<std::size_t>(m_packet->size));
-        sample.bytes =
-            m_codec == VideoCodec::ProRes422 ? std::vector(data.begin(), data.end()) : SizedUnits(data);
+        sample.bytes = IsProRes() ? std::vector(data.begin(), data.end()) : SizedUnits(data);
         av_packet_unref(m_packet.get());
+        if (IsProRes())
+            AdaptQuantiser(sample.bytes.size());
         sink(std::move(sample));
     }
     return result == AVERROR(EAGAIN) || result == AVERROR_EOF || Fail("cannot encode: " + CodecError(result));
@@ -164,7 +217,7 @@ bool VideoEncoder::Encode(AVFrame* picture, std::int64_t presentationTime, const
 
 const char* VideoEncoder::SampleEntryType() const
 {
-    switch (m_codec) {
+    switch (m_encoding.codec) {
         case VideoCodec::H264:
             return "avc1";
         case VideoCodec::HEVC:
@@ -177,7 +230,7 @@ const char* VideoEncoder::SampleEntryType() const
 
 const char* VideoEncoder::ConfigurationType() const
 {
-    switch (m_codec) {
+    switch (m_encoding.codec) {
         case VideoCodec::H264:
             return "avcC";
         case VideoCodec::HEVC:
@@ -190,9 +243,10 @@ const char* VideoEncoder::ConfigurationType() const
 
 std::vector<unsigned char> VideoEncoder::Configuration() const
 {
-    const std::span<const unsigned char> sets(m_context->extradata,
-                                              static_cast<std::size_t>(m_context->extradata_size));
-    switch (m_codec) {
+    const AVCodecContext& context = *m_contexts[m_quantiser];
+    const std::span<const unsigned char> sets(context.extradata,
+                                              static_cast<std::size_t>(context.extradata_size));
+    switch (m_encoding.codec) {
         case VideoCodec::H264:
             return AVCConfiguration(sets);
         case VideoCodec::HEVC:

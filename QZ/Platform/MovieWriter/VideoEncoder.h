@@ -22,14 +22,15 @@ struct EncodedSample {
 using SampleSink = std::function<void(EncodedSample)>;
 
 /// What a video encoder is asked for. Values that are absent or not positive leave the choice to the encoder:
-/// constant quality instead of a bit rate, and a key frame every 60 frames. ProRes takes neither.
+/// constant quality instead of a bit rate, and a key frame every 60 frames. ProRes takes neither: it has a
+/// bit rate of its own.
 struct VideoEncoding {
     VideoCodec codec = VideoCodec::H264;
     int width = 0, height = 0;    ///< coded size, even
     std::int32_t timescale = 0;   ///< of the presentation times
     std::optional<std::int64_t> averageBitRate = {};
     std::optional<int> keyFrameInterval = {};
-    bool realTime = false;   ///< hold back two pictures at most, at some cost in quality
+    bool realTime = false;   ///< hold back five pictures at most, at some cost in quality
 };
 
 /// Encodes pictures with libx264, libx265 or prores_ks.
@@ -53,13 +54,20 @@ public:
     [[nodiscard]] const std::string& Reason() const { return m_reason; }
 
 private:
-    void ConfigureRate(const VideoEncoding& encoding);
-    void ConfigureX264(const VideoEncoding& encoding);
-    void ConfigureX265(const VideoEncoding& encoding);
+    bool Use(std::size_t quantiser);
+    Owned<AVCodecContext> OpenContext(std::size_t quantiser);
+    void ConfigureRate(AVCodecContext& context) const;
+    void ConfigureX264(AVCodecContext& context) const;
+    void ConfigureX265(AVCodecContext& context) const;
+    void ConfigureProRes(AVCodecContext& context, std::size_t quantiser) const;
+    void AdaptQuantiser(std::size_t pictureSize);
     bool Fail(const std::string& what);
+    [[nodiscard]] bool IsProRes() const { return m_encoding.codec == VideoCodec::ProRes422; }
 
-    VideoCodec m_codec = VideoCodec::H264;
-    Owned<AVCodecContext> m_context;
+    VideoEncoding m_encoding;
+    /// The encoder; of ProRes, where each picture stands alone, one for each quantiser that was used.
+    std::vector<Owned<AVCodecContext>> m_contexts;
+    std::size_t m_quantiser = 0;
     Owned<AVPacket> m_packet;
     std::string m_reason;
 };
