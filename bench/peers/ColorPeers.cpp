@@ -124,14 +124,14 @@ void OpenCV_BytesFromLab(benchmark::State& state)
     CountPixels(state);
 }
 
-BENCHMARK(QZ_LabFromBytes)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(OpenCV_LabFromBytes)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(QZ_LuvFromBytes)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(OpenCV_LuvFromBytes)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(QZ_IPTFromBytes)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(Babl_OklabFromBytes)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(QZ_BytesFromLab)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(OpenCV_BytesFromLab)->Unit(benchmark::kMillisecond)->UseRealTime();
+QZ_PEER(QZ_LabFromBytes);
+QZ_PEER(OpenCV_LabFromBytes);
+QZ_PEER(QZ_LuvFromBytes);
+QZ_PEER(OpenCV_LuvFromBytes);
+QZ_PEER(QZ_IPTFromBytes);
+QZ_PEER(Babl_OklabFromBytes);
+QZ_PEER(QZ_BytesFromLab);
+QZ_PEER(OpenCV_BytesFromLab);
 
 }   // namespace
 }   // namespace QZ::Bench

@@ -4,6 +4,7 @@
 
 #include <opencv2/imgproc.hpp>
 
+#include "QZ/Foundation/Analysis/COtsuMethod.h"
 #include "QZ/Foundation/Analysis/Histograms.h"
 #include "bench/peers/Peers.h"
 
@@ -79,7 +80,19 @@ void OpenCV_ByteHistogramOfRGBA(benchmark::State& state)
     CountPixels(state);
 }
 
-/// The histogram and the threshold as OpenCV does them, without writing the thresholded picture.
+void QZ_Otsu(benchmark::State& state)
+{
+    cv::Mat out(Picture().height, Picture().width, CV_8UC1);
+    for (auto _ : state) {
+        CGrayscaleHistogram histogram;
+        histogram.Compute(Picture().width, Picture().height, 1, 0, Plane().data());
+        const int threshold = COtsuMethod<double, int>::Solution(histogram.count, histogram.bins);
+        cv::threshold(PlaneMat(), out, threshold, 255, cv::THRESH_BINARY);
+        benchmark::ClobberMemory();
+    }
+    CountPixels(state);
+}
+/// OpenCV always writes the thresholded picture; it does so for the library's threshold too.
 void OpenCV_Otsu(benchmark::State& state)
 {
     const cv::Mat image = PlaneMat();
@@ -89,15 +102,23 @@ void OpenCV_Otsu(benchmark::State& state)
     CountPixels(state);
 }
 
-void QZ_LightnessHistogram(benchmark::State& state)
+void GreyHistogram(benchmark::State& state, CGrayscaleWeightedHistogram::EGrayscaleFrom from)
 {
     for (auto _ : state) {
         CGrayscaleWeightedHistogram histogram;
-        histogram.Compute(CGrayscaleWeightedHistogram::eLXX, true, CColor::eD65, Picture().width,
-                          Picture().height, Picture().rgba.data(), 0, 0, nullptr);
+        histogram.Compute(from, true, CColor::eD65, Picture().width, Picture().height, Picture().rgba.data(),
+                          0, 0, nullptr);
         benchmark::DoNotOptimize(histogram.bins.data());
     }
     CountPixels(state);
+}
+void QZ_LightnessHistogram(benchmark::State& state)
+{
+    GreyHistogram(state, CGrayscaleWeightedHistogram::eLXX);
+}
+void QZ_LuminanceHistogram(benchmark::State& state)
+{
+    GreyHistogram(state, CGrayscaleWeightedHistogram::eNonlinearY);
 }
 void OpenCV_LightnessHistogram(benchmark::State& state)
 {
@@ -141,8 +162,7 @@ void Vips_LightnessHistogram(benchmark::State& state)
     CountPixels(state);
 }
 
-template <CHueWeightedHistogram::EHueColorSpace space>
-void QZ_HueHistogram(benchmark::State& state)
+void HueHistogram(benchmark::State& state, CHueWeightedHistogram::EHueColorSpace space)
 {
     for (auto _ : state) {
         CHueWeightedHistogram histogram;
@@ -150,6 +170,14 @@ void QZ_HueHistogram(benchmark::State& state)
         benchmark::DoNotOptimize(histogram.weights.data());
     }
     CountPixels(state);
+}
+void QZ_HueHistogramLuv(benchmark::State& state)
+{
+    HueHistogram(state, CHueWeightedHistogram::eLuv);
+}
+void QZ_HueHistogramIPT(benchmark::State& state)
+{
+    HueHistogram(state, CHueWeightedHistogram::eIPT);
 }
 /// Luv, its angle and a plain count: without the saturation and lightness weights and without the sums.
 void OpenCV_HueHistogramUnweighted(benchmark::State& state)
@@ -173,23 +201,19 @@ void OpenCV_HueHistogramUnweighted(benchmark::State& state)
     CountPixels(state);
 }
 
-BENCHMARK(QZ_LightnessHistogram)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(OpenCV_LightnessHistogram)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(Vips_LightnessHistogram)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(QZ_ByteHistogram)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(OpenCV_ByteHistogram)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(QZ_ByteHistogramOfRGBA)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(OpenCV_ByteHistogramOfRGBA)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(OpenCV_Otsu)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(QZ_HueHistogram<CHueWeightedHistogram::eLuv>)
-    ->Name("QZ_HueHistogramLuv")
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK(QZ_HueHistogram<CHueWeightedHistogram::eIPT>)
-    ->Name("QZ_HueHistogramIPT")
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK(OpenCV_HueHistogramUnweighted)->Unit(benchmark::kMillisecond)->UseRealTime();
+QZ_PEER(QZ_LightnessHistogram);
+QZ_PEER(QZ_LuminanceHistogram);
+QZ_PEER(OpenCV_LightnessHistogram);
+QZ_PEER(Vips_LightnessHistogram);
+QZ_PEER(QZ_ByteHistogram);
+QZ_PEER(OpenCV_ByteHistogram);
+QZ_PEER(QZ_ByteHistogramOfRGBA);
+QZ_PEER(OpenCV_ByteHistogramOfRGBA);
+QZ_PEER(QZ_Otsu);
+QZ_PEER(OpenCV_Otsu);
+QZ_PEER(QZ_HueHistogramLuv);
+QZ_PEER(QZ_HueHistogramIPT);
+QZ_PEER(OpenCV_HueHistogramUnweighted);
 
 }   // namespace
 }   // namespace QZ::Bench

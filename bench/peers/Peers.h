@@ -25,6 +25,9 @@ inline void CountPixels(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * Picture().Pixels());
 }
 
+/// Registers a benchmark of a whole picture: the processor's time in all threads counts.
+#define QZ_PEER(function) BENCHMARK(function)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()
+
 /// A float colour for each pixel of the picture, written once so that no benchmark pays for fresh pages.
 inline std::vector<Color>& Scratch()
 {
