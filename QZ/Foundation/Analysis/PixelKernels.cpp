@@ -11,7 +11,7 @@
 #include "QZ/Foundation/Color/Formulas/IPT.h"
 #include "QZ/Foundation/Color/Formulas/Lab.h"
 #include "QZ/Foundation/Color/Formulas/Luv.h"
-#include "QZ/Foundation/Color/Pixels.h"
+#include "QZ/Foundation/Color/Rows.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
@@ -110,7 +110,7 @@ HWY_FLATTEN void WeighHuesIn(const HueArguments& arguments, const unsigned char*
     const hn::RebindToSigned<Lane::Tag> s;
     const WholeRow pixels(rgba, n);
     ForEachVector(n, [&](std::size_t i) HWY_ATTR {
-        const Vec3<Lane> rgb = LoadPixels(arguments.linear.data(), pixels.At(i));
+        const Vec3<Lane> rgb = LoadPixels(arguments.linear, pixels.At(i));
         const Vec3<Lane> color = ToSpace<space>(arguments.illuminant, rgb);
         const Lane saturation = Saturation(color.x, Hypotenuse(color.y, color.z));
         const Lane weight = SaturationWeight(saturation) * LightnessWeight(color.x);
@@ -141,7 +141,7 @@ HWY_FLATTEN void FindPTRow(const HueArguments& arguments, const unsigned char* r
     const WholeRow pixels(rgba, n);
     ForEachVector(n, [&](std::size_t i) HWY_ATTR {
         const Vec3<Lane> ipt =
-            LinearRGBToIPT(arguments.illuminant, LoadPixels(arguments.linear.data(), pixels.At(i)));
+            LinearRGBToIPT(arguments.illuminant, LoadPixels(arguments.linear, pixels.At(i)));
         hn::StoreU(BinsOf(arguments.binOf, IPTHue(ipt)), s, row.bin.data() + i);
         Store(ipt.y, row.P.data() + i);
         Store(ipt.z, row.T.data() + i);
@@ -156,7 +156,7 @@ HWY_FLATTEN void GreyLevelRow(const GreyArguments& arguments, const unsigned cha
     const WholeRow pixels(rgba, n);
     std::array<unsigned char, kRowOfPixels> row;
     ForEachVector(n, [&](std::size_t i) HWY_ATTR {
-        const Lane grey = Dot(LoadPixels(arguments.linear.data(), pixels.At(i)), arguments.weights);
+        const Lane grey = Dot(LoadPixels(arguments.linear, pixels.At(i)), arguments.weights);
         hn::StoreU(hn::DemoteTo(bytes, hn::BitCast(s, BytesOf(arguments.levelOf, grey))), bytes,
                    row.data() + i);
     });
@@ -166,11 +166,8 @@ HWY_FLATTEN void GreyLevelRow(const GreyArguments& arguments, const unsigned cha
 HWY_FLATTEN void LinearColors(const ByteTable& linear, const unsigned char* rgba, std::size_t n,
                               Math::CVector3<float>* out)
 {
-    const std::size_t whole = n / Lane::Size() * Lane::Size();
-    for (std::size_t i = 0; i < whole; i += Lane::Size())
-        StoreColors(LoadPixels(linear.data(), rgba + 4 * i), &out[i].x);
-    for (std::size_t i = whole; i < n; ++i)
-        out[i] = ColorOfPixel(linear, rgba + 4 * i);
+    ColorsOfEach(rgba, 4, n, out,
+                 [&](const unsigned char* from) HWY_ATTR { return LoadPixels(linear, from); });
 }
 
 HWY_FLATTEN void RecolorPixels(const RecolorArguments& arguments, unsigned char* rgba, std::size_t n)
@@ -184,7 +181,7 @@ HWY_FLATTEN void RecolorPixels(const RecolorArguments& arguments, unsigned char*
     std::array<unsigned char, 4 * kRowOfPixels> out;
     ForEachVector(n, [&](std::size_t i) HWY_ATTR {
         const Vec3<Lane> ipt =
-            LinearRGBToIPT(arguments.illuminant, LoadPixels(arguments.linear.data(), pixels.At(i)));
+            LinearRGBToIPT(arguments.illuminant, LoadPixels(arguments.linear, pixels.At(i)));
         const LaneInts twice = hn::ShiftLeft<1>(BinsOf(arguments.binOf, IPTHue(ipt)));
         const Lane P = hn::GatherIndex(Lane::Tag(), colours, twice);
         const Lane T = hn::GatherIndex(Lane::Tag(), colours + 1, twice);
@@ -205,22 +202,12 @@ HWY_FLATTEN void RecolorPixels(const RecolorArguments& arguments, unsigned char*
 HWY_FLATTEN void BalancePixels(const BalanceArguments& arguments, const Math::CVector3<float>* linear,
                                std::size_t n, unsigned char* rgba)
 {
-    const std::size_t whole = n / Lane::Size() * Lane::Size();
-    const auto balance = [&](const float* from, unsigned char* to) HWY_ATTR {
-        const Vec3<Lane> xyz = arguments.toXYZ * LoadColors(from);
-        const Vec3<Lane> rgb = arguments.toRGB * (arguments.adaptation * xyz);
-        StorePixels(arguments.encode, arguments.isClamped ? ClampToUnit(rgb) : rgb, to);
-    };
-    for (std::size_t i = 0; i < whole; i += Lane::Size())
-        balance(&linear[i].x, rgba + 4 * i);
-    if (whole == n)
-        return;
-    constexpr std::size_t kMostLanes = HWY_MAX_BYTES / sizeof(float);
-    std::array<Math::CVector3<float>, kMostLanes> rest;
-    std::array<unsigned char, 4 * kMostLanes> bytes;
-    std::copy(linear + whole, linear + n, rest.begin());
-    balance(&rest[0].x, bytes.data());
-    std::memcpy(rgba + 4 * whole, bytes.data(), 4 * (n - whole));
+    ForEachVector(Components(linear), 3, n, rgba, 4, 0,
+                  [&](const float* from, unsigned char* to, bool) HWY_ATTR {
+                      const Vec3<Lane> xyz = arguments.toXYZ * LoadColors(from);
+                      const Vec3<Lane> rgb = arguments.toRGB * (arguments.adaptation * xyz);
+                      StorePixels(arguments.encode, arguments.isClamped ? ClampToUnit(rgb) : rgb, to);
+                  });
 }
 
 }   // namespace QZ::Foundation::QZ_TARGET

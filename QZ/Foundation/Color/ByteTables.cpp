@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "QZ/Foundation/Color/ByteTables.h"
 
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 
 #include "QZ/Foundation/Color/Formulas/ToneCurves.h"
 
@@ -15,8 +17,12 @@ template <class Curve>
 ByteTable Tabulate(Curve&& curve)
 {
     ByteTable table{};
-    for (std::size_t byte = 0; byte < table.size(); ++byte)
-        table[byte] = curve(static_cast<float>(byte) * kByteToUnit);
+    for (std::size_t byte = 0; byte < 256; ++byte) {
+        table.values[byte] = curve(static_cast<float>(byte) * kByteToUnit);
+        const auto bits = std::bit_cast<std::uint32_t>(table.values[byte]);
+        for (std::size_t i = 0; i < 4; ++i)
+            table.planes[i][byte] = static_cast<unsigned char>(bits >> (8 * i));
+    }
     return table;
 }
 

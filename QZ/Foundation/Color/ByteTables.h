@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
+#include <cstddef>
 
 #include "QZ/Math/CVector3.h"
 
@@ -13,7 +13,13 @@ namespace QZ::Foundation {
 /// The factor from a byte to the unit range: the float nearest 1/255. 255 of it round to 1.
 inline constexpr float kByteToUnit = 0.003921569f;
 
-using ByteTable = std::array<float, 256>;
+/// A float for each byte, and once more as planes of the first to the fourth byte of all of them.
+struct ByteTable {
+    alignas(64) float values[256];
+    alignas(64) unsigned char planes[4][256];
+
+    float operator[](std::size_t byte) const { return values[byte]; }
+};
 
 /// Entry b is b * kByteToUnit.
 const ByteTable& UnitOfByte();

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <iterator>
 
 #include "QZ/Foundation/Color/ByteTables.h"
 #include "QZ/Foundation/Color/Elementary.h"
@@ -88,7 +89,7 @@ void CGrayscaleToneCurve::BendByToeAndShoulder(float toe, float shoulder, std::v
 void CGrayscaleToneCurve::Compute(float black, float white, float gamma, float toe, float shoulder)
 {
     const ByteTable& units = UnitOfByte();
-    std::vector<float> curve(units.begin(), units.end());
+    std::vector<float> curve(std::begin(units.values), std::end(units.values));
     curve[255] = 1.0f;
     if (gamma != 1.0f)
         for (float& value : curve)

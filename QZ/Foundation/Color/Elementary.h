@@ -20,6 +20,7 @@
 #include "QZ/Foundation/Color/ElementaryDouble.h"
 #include "QZ/Foundation/Color/ElementaryTables.h"
 #include "QZ/Foundation/Color/Exponent.h"
+#include "QZ/Foundation/Color/LaneTriple.h"
 #include "QZ/Foundation/Color/Wide.h"
 #if HWY_TARGET != HWY_SCALAR
 #include "QZ/Foundation/Color/WideLane.h"
@@ -252,6 +253,11 @@ HWY_INLINE Lane Pow(Lane x)
 {
     return Pow<exponent>(hn::GetLane(x.vector));
 }
+template <Exponent exponent>
+HWY_INLINE LaneTriple Pow(const LaneTriple& v)
+{
+    return Map(v, [](Lane x) { return Pow<exponent>(x); });
+}
 HWY_INLINE Lane Exp(Lane x)
 {
     return Exp(hn::GetLane(x.vector));
@@ -272,7 +278,7 @@ HWY_INLINE Lane Atan2(Lane y, Lane x)
 #else
 
 template <Exponent exponent>
-HWY_NOINLINE Lane PowOfAny(Lane x)
+HWY_INLINE Lane PowOfAnyByTables(Lane x)
 {
     constexpr float kSmallest = std::numeric_limits<float>::min();
     constexpr float kLargest = std::numeric_limits<float>::max();
@@ -291,17 +297,55 @@ HWY_NOINLINE Lane PowOfAny(Lane x)
 }
 
 template <Exponent exponent>
+HWY_NOINLINE Lane PowOfAny(Lane x)
+{
+    if constexpr (exponent == Exponent::k3)
+        return Cube(x);
+    else
+        return PowOfAnyByTables<exponent>(x);
+}
+template <Exponent exponent>
+HWY_NOINLINE LaneTriple PowOfAny(const LaneTriple& v)
+{
+    return {PowOfAny<exponent>(v.x), PowOfAny<exponent>(v.y), PowOfAny<exponent>(v.z)};
+}
+
+/// A power that is quick from 2^-15 to 2, and of 0; of other numbers, and near a midpoint, it is left open.
+struct QuickPower {
+    Lane result;
+    LaneMask isOpen;   ///< in whatever places
+};
+template <Exponent exponent>
+HWY_INLINE QuickPower QuickPow(Lane x)
+{
+    const bool isCube = exponent == Exponent::k3;
+    const Lane magnitude = isCube ? Abs(x) : x;
+    const LaneMask isUnit = And(magnitude >= 0x1p-15f, magnitude < 2.0f);
+    const auto power = [&]() HWY_ATTR {
+        if constexpr (isCube)
+            return Widen(x) * Widen(x) * Widen(x);   // one rounding: the first product is exact
+        else
+            return PowInDouble<exponent, true>(x);
+    }();
+    const Lane zero = isCube ? x : Lane(0.0f);
+    return {Select(isUnit, Narrow(power), zero), Or(Not(Or(isUnit, x == 0.0f)), AreNearMidpoint(power))};
+}
+
+template <Exponent exponent>
 HWY_INLINE Lane Pow(Lane x)
 {
-    if constexpr (exponent == Exponent::k3) {
-        return Cube(x);
-    } else {
-        const WideLane power = PowInDouble<exponent, true>(x);
-        const LaneMask isUnit = And(x >= 0x1p-15f, x < 2.0f);
-        if (HWY_LIKELY(AllTrue(Or(isUnit, x == 0.0f)) && !IsAnyNearMidpoint(power)))
-            return Select(isUnit, Narrow(power), Lane(0.0f));
-        return PowOfAny<exponent>(x);
-    }
+    const QuickPower quick = QuickPow<exponent>(x);
+    return HWY_LIKELY(NoneTrue(quick.isOpen)) ? quick.result : PowOfAny<exponent>(x);
+}
+template <Exponent exponent>
+HWY_INLINE LaneTriple Pow(const LaneTriple& v)
+{
+    const QuickPower x = QuickPow<exponent>(v.x);
+    const QuickPower y = QuickPow<exponent>(v.y);
+    const QuickPower z = QuickPow<exponent>(v.z);
+    if (HWY_LIKELY(NoneTrue(Or(Or(x.isOpen, y.isOpen), z.isOpen))))
+        return {x.result, y.result, z.result};
+    return PowOfAny<exponent>(v);
 }
 
 #endif

@@ -141,9 +141,13 @@ HWY_INLINE LaneMask Or(LaneMask a, LaneMask b)
     return hn::Or(a.mask, b.mask);
 }
 
-HWY_INLINE bool AllTrue(LaneMask mask)
+HWY_INLINE LaneMask Not(LaneMask mask)
 {
-    return hn::AllTrue(Lane::Tag(), mask.mask);
+    return hn::Not(mask.mask);
+}
+HWY_INLINE bool NoneTrue(LaneMask mask)
+{
+    return hn::AllFalse(Lane::Tag(), mask.mask);
 }
 
 HWY_INLINE float Abs(float x)
@@ -229,6 +233,7 @@ struct Vec3 {
 
     Vec3() = default;
     HWY_INLINE Vec3(F x_, F y_, F z_) : x(x_), y(y_), z(z_) {}
+    HWY_INLINE Vec3(float all) requires std::same_as<F, Lane> : x(all), y(all), z(all) {}
 
     /// One colour is what callers know as a CVector3.
     HWY_INLINE explicit Vec3(const Math::CVector3<float>& v) requires std::same_as<F, float>
@@ -259,6 +264,19 @@ template <class F, class Function>
 HWY_INLINE Vec3<F> Map(const Vec3<F>& v, Function&& f)
 {
     return {f(v.x), f(v.y), f(v.z)};
+}
+
+/// The same for a function of more than a few operations: one of three Lanes at a time, so that what is rare
+/// is asked for once and not three times.
+template <class Function>
+HWY_INLINE Vec3<float> Each(const Vec3<float>& v, Function&& f)
+{
+    return Map(v, f);
+}
+template <class Function>
+HWY_INLINE Vec3<Lane> Each(const Vec3<Lane>& v, Function&& f)
+{
+    return f(v);
 }
 
 /// max(low, min(high, x)); NaN becomes low.

@@ -10,6 +10,9 @@
 #define QZ_FOUNDATION_COLOR_PIXELS
 #endif
 
+#include <cstddef>
+#include <cstdint>
+
 #include "QZ/Foundation/Color/ByteCurve.h"
 #include "QZ/Foundation/Color/ByteTables.h"
 #include "QZ/Foundation/Color/Lane.h"
@@ -17,7 +20,65 @@
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
 
+using LaneBits = hn::Vec<hn::RebindToUnsigned<Lane::Tag>>;
+
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX3
+
+/// Two permutations, each of two vectors, that make one vector of three.
+struct Permutation3 {
+    alignas(64) std::int32_t first[16];    ///< of the first and the second
+    alignas(64) std::int32_t second[16];   ///< of their permutation and the third
+
+    HWY_INLINE __m512 operator()(__m512 a, __m512 b, __m512 c) const
+    {
+        const __m512 ab = _mm512_permutex2var_ps(a, _mm512_load_si512(first), b);
+        return _mm512_permutex2var_ps(ab, _mm512_load_si512(second), c);
+    }
+};
+
+/// Takes component c of 16 colours out of three vectors.
+constexpr Permutation3 Component(int c)
+{
+    Permutation3 p{};
+    for (int i = 0; i < 16; ++i) {
+        const int place = 3 * i + c;
+        p.first[i] = place < 32 ? place : 0;
+        p.second[i] = place < 32 ? i : place - 16;
+    }
+    return p;
+}
+
+/// Makes vector v of 16 colours of their components.
+constexpr Permutation3 Interleaved(int v)
+{
+    Permutation3 p{};
+    for (int i = 0; i < 16; ++i) {
+        const int place = 16 * v + i;
+        p.first[i] = place / 3 + (place % 3 == 1 ? 16 : 0);
+        p.second[i] = place % 3 == 2 ? 16 + place / 3 : i;
+    }
+    return p;
+}
+
 /// As many colours as a vector holds, from three floats each.
+HWY_INLINE Vec3<Lane> LoadColors(const float* from)
+{
+    static constexpr Permutation3 kComponents[] = {Component(0), Component(1), Component(2)};
+    const __m512 a = _mm512_loadu_ps(from);
+    const __m512 b = _mm512_loadu_ps(from + 16);
+    const __m512 c = _mm512_loadu_ps(from + 32);
+    return {Lane::Vector{kComponents[0](a, b, c)}, Lane::Vector{kComponents[1](a, b, c)},
+            Lane::Vector{kComponents[2](a, b, c)}};
+}
+HWY_INLINE void StoreColors(const Vec3<Lane>& v, float* to)
+{
+    static constexpr Permutation3 kVectors[] = {Interleaved(0), Interleaved(1), Interleaved(2)};
+    for (int i = 0; i < 3; ++i)
+        _mm512_storeu_ps(to + 16 * i, kVectors[i](v.x.vector.raw, v.y.vector.raw, v.z.vector.raw));
+}
+
+#else
+
 HWY_INLINE Vec3<Lane> LoadColors(const float* from)
 {
     Vec3<Lane> v;
@@ -29,7 +90,62 @@ HWY_INLINE void StoreColors(const Vec3<Lane>& v, float* to)
     hn::StoreInterleaved3(v.x.vector, v.y.vector, v.z.vector, Lane::Tag(), to);
 }
 
-using LaneBits = hn::Vec<hn::RebindToUnsigned<Lane::Tag>>;
+#endif
+
+/// How many colours of a row lie before one that begins a vector, and so do all whole vectors after it.
+HWY_INLINE std::size_t ColorsBeforeAlignment(const float* colors)
+{
+    const std::size_t bytes = Lane::Size() * sizeof(float);
+    std::size_t before = 0;
+    while ((reinterpret_cast<std::uintptr_t>(colors) + 12 * before) % bytes != 0)
+        ++before;
+    return before;
+}
+
+/// StoreColors() past the caches, to where a vector may begin.
+HWY_INLINE void StreamColors(const Vec3<Lane>& v, float* to)
+{
+    const Lane::Tag tag;
+    HWY_ALIGN float colors[3 * HWY_MAX_BYTES / sizeof(float)];
+    StoreColors(v, colors);
+    for (std::size_t i = 0; i < 3 * Lane::Size(); i += Lane::Size())
+        hn::Stream(hn::Load(tag, colors + i), tag, to + i);
+}
+
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX3_DL
+
+/// As many pixels as a vector holds, each byte looked up in a table: the four bytes of all entries by
+/// permutations, each of a half of the table, then brought together.
+HWY_INLINE Vec3<Lane> LoadPixels(const ByteTable& ofByte, const unsigned char* rgba)
+{
+    const __m512i pixel = _mm512_loadu_si512(rgba);
+    const __mmask64 isUpper = _mm512_movepi8_mask(pixel);
+    const auto plane = [&](int i) HWY_ATTR {
+        const unsigned char* table = ofByte.planes[i];
+        const __m512i lower =
+            _mm512_permutex2var_epi8(_mm512_load_si512(table), pixel, _mm512_load_si512(table + 64));
+        const __m512i upper =
+            _mm512_permutex2var_epi8(_mm512_load_si512(table + 128), pixel, _mm512_load_si512(table + 192));
+        return _mm512_mask_blend_epi8(isUpper, lower, upper);
+    };
+    const __m512i p0 = plane(0);
+    const __m512i p1 = plane(1);
+    const __m512i p2 = plane(2);
+    const __m512i p3 = plane(3);
+    // Halves of floats: those of R and B, and those of G and the fourth byte.
+    constexpr __mmask64 kOddBytes = 0xaaaaaaaaaaaaaaaa;
+    constexpr __mmask32 kOddHalves = 0xaaaaaaaa;
+    const __m512i lowRB = _mm512_mask_blend_epi8(kOddBytes, p0, _mm512_slli_epi16(p1, 8));
+    const __m512i highRB = _mm512_mask_blend_epi8(kOddBytes, p2, _mm512_slli_epi16(p3, 8));
+    const __m512i lowG = _mm512_mask_blend_epi8(kOddBytes, _mm512_srli_epi16(p0, 8), p1);
+    const __m512i highG = _mm512_mask_blend_epi8(kOddBytes, _mm512_srli_epi16(p2, 8), p3);
+    const auto lane = [](__m512i bits) HWY_ATTR { return Lane::Vector{_mm512_castsi512_ps(bits)}; };
+    return {lane(_mm512_mask_blend_epi16(kOddHalves, lowRB, _mm512_slli_epi32(highRB, 16))),
+            lane(_mm512_mask_blend_epi16(kOddHalves, lowG, _mm512_slli_epi32(highG, 16))),
+            lane(_mm512_mask_blend_epi16(kOddHalves, _mm512_srli_epi32(lowRB, 16), highRB))};
+}
+
+#else
 
 /// The entries of a table of 256 values at the low eight bits of each index.
 HWY_INLINE Lane LookUpByte(const float* table, LaneBits index)
@@ -54,14 +170,16 @@ HWY_INLINE Lane LookUpByte(const float* table, LaneBits index)
 #endif
 }
 
-/// As many pixels as a vector holds, each byte looked up in a table of 256 values.
-HWY_INLINE Vec3<Lane> LoadPixels(const float* ofByte, const unsigned char* rgba)
+HWY_INLINE Vec3<Lane> LoadPixels(const ByteTable& ofByte, const unsigned char* rgba)
 {
     const hn::RebindToUnsigned<Lane::Tag> u;
+    const float* table = ofByte.values;
     const LaneBits pixel = hn::LoadU(u, reinterpret_cast<const std::uint32_t*>(rgba));
-    return {LookUpByte(ofByte, pixel), LookUpByte(ofByte, hn::ShiftRight<8>(pixel)),
-            LookUpByte(ofByte, hn::ShiftRight<16>(pixel))};
+    return {LookUpByte(table, pixel), LookUpByte(table, hn::ShiftRight<8>(pixel)),
+            LookUpByte(table, hn::ShiftRight<16>(pixel))};
 }
+
+#endif
 
 /// The byte that a curve makes of each float.
 HWY_INLINE LaneBits BytesOf(const ByteCurve& curve, Lane x)

@@ -2,7 +2,6 @@
 #include "QZ/Foundation/Color/RowKernels.h"
 
 #include <cstddef>
-#include <cstring>
 #include <limits>
 
 #undef HWY_TARGET_INCLUDE
@@ -14,47 +13,30 @@
 #include "QZ/Foundation/Color/Formulas/Luv.h"
 #include "QZ/Foundation/Color/Formulas/YIQ.h"
 #include "QZ/Foundation/Color/Formulas/Yxy.h"
-#include "QZ/Foundation/Color/Pixels.h"
+#include "QZ/Foundation/Color/Rows.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
-
-/// A row through a buffer of whole vectors where fewer colours are left than a vector holds.
-template <class In, class Out, class Body>
-HWY_INLINE void ForEachVector(const In* in, std::size_t inSize, std::size_t count, Out* out,
-                              std::size_t outSize, const Body& body)
-{
-    const std::size_t n = Lane::Size();
-    std::size_t i = 0;
-    for (; i + n <= count; i += n)
-        body(in + inSize * i, out + outSize * i);
-    if (i == count)
-        return;
-    constexpr std::size_t kMostLanes = HWY_MAX_BYTES / sizeof(float);
-    In inRest[4 * kMostLanes] = {};
-    Out outRest[4 * kMostLanes];
-    std::memcpy(inRest, in + inSize * i, (count - i) * inSize * sizeof(In));
-    body(inRest, outRest);
-    std::memcpy(out + outSize * i, outRest, (count - i) * outSize * sizeof(Out));
-}
-
-/// Colours as floats, three each. An empty row may have no address.
-HWY_INLINE const float* Components(const Math::CVector3<float>* colors)
-{
-    return reinterpret_cast<const float*>(colors);
-}
-HWY_INLINE float* Components(Math::CVector3<float>* colors)
-{
-    return reinterpret_cast<float*>(colors);
-}
 
 template <auto formula>
 HWY_FLATTEN void ColorRow(const RowSettings& settings, const Math::CVector3<float>* in, std::size_t count,
                           Math::CVector3<float>* out)
 {
-    ForEachVector(Components(in), 3, count, Components(out), 3, [&](const float* from, float* to) HWY_ATTR {
-        StoreColors(formula(settings, LoadColors(from)), to);
-    });
+    ForEachVector(Components(in), 3, count, Components(out), 3, 0,
+                  [&](const float* from, float* to, bool)
+                      HWY_ATTR { StoreColors(formula(settings, LoadColors(from)), to); });
+}
+
+/// The formula treats each component by itself.
+template <auto formula>
+HWY_FLATTEN void ComponentRow(const RowSettings& settings, const Math::CVector3<float>* in, std::size_t count,
+                              Math::CVector3<float>* out)
+{
+    ForEachVector(Components(in), 1, 3 * count, Components(out), 1, 0,
+                  [&](const float* from, float* to, bool) HWY_ATTR {
+                      const Lane c = hn::LoadU(Lane::Tag(), from);
+                      hn::StoreU(formula(settings, c).vector, Lane::Tag(), to);
+                  });
 }
 
 /// The formula starts from linear light.
@@ -62,9 +44,9 @@ template <auto formula>
 HWY_FLATTEN void FromPixels(const RowSettings& settings, const unsigned char* rgba, std::size_t count,
                             Math::CVector3<float>* out)
 {
-    const float* linear = (settings.useGamma22 ? LinearOfGamma22Byte() : LinearOfSRGBByte()).data();
-    ForEachVector(rgba, 4, count, Components(out), 3, [&](const unsigned char* from, float* to) HWY_ATTR {
-        StoreColors(formula(settings, LoadPixels(linear, from)), to);
+    const ByteTable& linear = settings.useGamma22 ? LinearOfGamma22Byte() : LinearOfSRGBByte();
+    ColorsOfEach(rgba, 4, count, out, [&](const unsigned char* from) HWY_ATTR {
+        return formula(settings, LoadPixels(linear, from));
     });
 }
 
@@ -84,30 +66,32 @@ HWY_FLATTEN void ToPixels(const RowSettings& settings, const Math::CVector3<floa
                           unsigned char* rgba)
 {
     const ByteCurve& encode = EncodedByte(settings.useGamma22);
-    ForEachVector(Components(in), 3, count, rgba, 4, [&](const float* from, unsigned char* to) HWY_ATTR {
-        StorePixels(encode, formula(settings, LoadColors(from)), to);
-    });
+    ForEachVector(Components(in), 3, count, rgba, 4, 0,
+                  [&](const float* from, unsigned char* to, bool)
+                      HWY_ATTR { StorePixels(encode, formula(settings, LoadColors(from)), to); });
 }
 
 // A formula, as the parameter of a row. The lambdas carry the instruction set themselves: GCC does not pass
 // the pragma on to them.
 #define QZ_FORMULA(...) \
     []([[maybe_unused]] const RowSettings& s, const auto& v) HWY_ATTR { return __VA_ARGS__; }
-#define QZ_EACH(...) QZ_FORMULA(Map(v, [](auto c) HWY_ATTR { return __VA_ARGS__; }))
+#define QZ_EACH(...) QZ_FORMULA(Each(v, [](auto c) HWY_ATTR { return __VA_ARGS__; }))
+#define QZ_COMPONENT(...) []([[maybe_unused]] const RowSettings& s, Lane c) HWY_ATTR { return __VA_ARGS__; }
 
 const RowKernels kRows =
     {
         .colors =
             {
                 .NonlinearToLinearToneCurve =
-                    ColorRow<QZ_FORMULA(NonlinearToLinear(s.useGamma22, s.extendedRange, v))>,
+                    ComponentRow<QZ_COMPONENT(ComponentToLinear(s.useGamma22, s.extendedRange, c))>,
                 .LinearToNonlinearToneCurve =
-                    ColorRow<QZ_FORMULA(LinearToNonlinear(s.useGamma22, s.extendedRange, v))>,
-                .NonlinearToLinear709ToneCurve = ColorRow<QZ_EACH(Rec709ToLinear(c))>,
-                .LinearToNonlinear709ToneCurve = ColorRow<QZ_EACH(LinearToRec709(c))>,
-                .NonlinearToLinearApple709ToneCurve = ColorRow<QZ_EACH(Pow<Exponent::k1_961>(c))>,
-                .LinearToNonlinearApple709ToneCurve = ColorRow<QZ_EACH(Pow<Exponent::k0_5099439>(c))>,
-                .SRGBToRGB709 = ColorRow<QZ_EACH(SRGBToRec709(c))>,
+                    ComponentRow<QZ_COMPONENT(ComponentToNonlinear(s.useGamma22, s.extendedRange, c))>,
+                .NonlinearToLinear709ToneCurve = ComponentRow<QZ_COMPONENT(Rec709ToLinear(c))>,
+                .LinearToNonlinear709ToneCurve = ComponentRow<QZ_COMPONENT(LinearToRec709(c))>,
+                .NonlinearToLinearApple709ToneCurve = ComponentRow<QZ_COMPONENT(Pow<Exponent::k1_961>(c))>,
+                .LinearToNonlinearApple709ToneCurve =
+                    ComponentRow<QZ_COMPONENT(Pow<Exponent::k0_5099439>(c))>,
+                .SRGBToRGB709 = ComponentRow<QZ_COMPONENT(SRGBToRec709(c))>,
                 .LinearRGBToXYZ = ColorRow<QZ_FORMULA(LinearRGBToXYZ(s.illuminant, v))>,
                 .XYZToLinearRGB = ColorRow<QZ_FORMULA(XYZToLinearRGB(s.extendedRange, s.illuminant, v))>,
                 .SRGBToXYZ = ColorRow<QZ_FORMULA(SRGBToXYZ(s.useGamma22, s.extendedRange, s.illuminant, v))>,
@@ -220,6 +204,7 @@ const RowKernels kRows =
             },
 };
 
+#undef QZ_COMPONENT
 #undef QZ_EACH
 #undef QZ_FORMULA
 

@@ -158,8 +158,8 @@ HWY_INLINE WideLane TimesEntryLess1(Lane x, const float (&table)[16], LaneCells 
 #endif
 }
 
-/// Whether one of them is, in whatever place.
-HWY_INLINE bool IsAnyNearMidpoint(WideLane x)
+/// Which of them are, in whatever places.
+HWY_INLINE LaneMask AreNearMidpoint(WideLane x)
 {
     const hn::RebindToUnsigned<Lane::Tag> u;
     const WideBits::Tag wide;
@@ -167,10 +167,11 @@ HWY_INLINE bool IsAnyNearMidpoint(WideLane x)
     const auto lower = hn::BitCast(u, x.lower);
     const auto upper = hn::BitCast(u, hn::ShiftLeft<32>(hn::BitCast(wide, x.upper)));
     const auto bits = hn::Add(hn::OddEven(upper, lower), hn::Set(u, 0x200u - 0x10000000u));
+    constexpr std::uint32_t kBeyond = 0x20000000u - 0x400u;
 #if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX3
-    return _mm512_testn_epi32_mask(bits.raw, _mm512_set1_epi32(0x20000000 - 0x400)) != 0;
+    return LaneMask::Mask{_mm512_testn_epi32_mask(bits.raw, _mm512_set1_epi32(kBeyond))};
 #else
-    return !hn::AllFalse(u, hn::Eq(hn::And(bits, hn::Set(u, 0x20000000u - 0x400u)), hn::Zero(u)));
+    return hn::RebindMask(Lane::Tag(), hn::Eq(hn::And(bits, hn::Set(u, kBeyond)), hn::Zero(u)));
 #endif
 }
 

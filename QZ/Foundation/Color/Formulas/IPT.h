@@ -29,12 +29,12 @@ HWY_INLINE F SignedPow(F c)
 template <class F>
 HWY_INLINE Vec3<F> LMSToIPT(const Vec3<F>& lms)
 {
-    return Constants::lmsToIPT * Map(lms, [](F c) HWY_ATTR { return SignedPow<Exponent::k0_43>(c); });
+    return Constants::lmsToIPT * Each(lms, [](auto c) HWY_ATTR { return SignedPow<Exponent::k0_43>(c); });
 }
 template <class F>
 HWY_INLINE Vec3<F> IPTToLMS(const Vec3<F>& ipt)
 {
-    return Map(Constants::iptToLMS * ipt, [](F c) HWY_ATTR { return SignedPow<Exponent::k2_325581>(c); });
+    return Each(Constants::iptToLMS * ipt, [](auto c) HWY_ATTR { return SignedPow<Exponent::k2_325581>(c); });
 }
 
 template <class F>

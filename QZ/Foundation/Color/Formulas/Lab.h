@@ -22,10 +22,9 @@ template <class F>
 HWY_INLINE Vec3<F> XYZToLab(CColor::EIlluminant illuminant, const Vec3<F>& xyz)
 {
     const Constants::Vector& inverseWhite = Constants::InvXYZReference(illuminant);
-    const F fx = LightnessRoot(xyz.x * inverseWhite.x);
-    const F fy = LightnessRoot(xyz.y * inverseWhite.y);
-    const F fz = LightnessRoot(xyz.z * inverseWhite.z);
-    return {ClampToUnit(1.16f * fy - 0.16f), (fx - fy) * 5.0f, (fy - fz) * 2.0f};
+    const Vec3<F> ratio{xyz.x * inverseWhite.x, xyz.y * inverseWhite.y, xyz.z * inverseWhite.z};
+    const Vec3<F> f = Each(ratio, [](auto t) HWY_ATTR { return LightnessRoot(t); });
+    return {ClampToUnit(1.16f * f.y - 0.16f), (f.x - f.y) * 5.0f, (f.y - f.z) * 2.0f};
 }
 template <class F>
 HWY_INLINE Vec3<F> LabToXYZ(CColor::EIlluminant illuminant, const Vec3<F>& lab)
@@ -34,8 +33,8 @@ HWY_INLINE Vec3<F> LabToXYZ(CColor::EIlluminant illuminant, const Vec3<F>& lab)
     const F fy = (lab.x + 0.16f) * 0.862069f;
     const F fx = lab.y * 0.2f + fy;
     const F fz = lab.z * -0.5f + fy;
-    return {InverseLightnessRoot(fx) * white.x, InverseLightnessRoot(fy) * white.y,
-            InverseLightnessRoot(fz) * white.z};
+    const Vec3<F> ratio = Each(Vec3<F>(fx, fy, fz), [](auto f) HWY_ATTR { return InverseLightnessRoot(f); });
+    return {ratio.x * white.x, ratio.y * white.y, ratio.z * white.z};
 }
 
 template <class F>

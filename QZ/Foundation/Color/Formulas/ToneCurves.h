@@ -54,21 +54,28 @@ HWY_INLINE F Mirrored(bool extendedRange, F c, Curve&& curve)
     return curve(Abs(c)) * Select(c >= 0.0f, F(1.0f), F(-1.0f));
 }
 
+/// Each component by itself.
+template <class F>
+HWY_INLINE F ComponentToLinear(bool useGamma22, bool extendedRange, const F& c)
+{
+    return Mirrored(extendedRange, c,
+                    [&](const F& magnitude) HWY_ATTR { return NonlinearToLinear(useGamma22, magnitude); });
+}
+template <class F>
+HWY_INLINE F ComponentToNonlinear(bool useGamma22, bool extendedRange, const F& c)
+{
+    return Mirrored(extendedRange, c,
+                    [&](const F& magnitude) HWY_ATTR { return LinearToNonlinear(useGamma22, magnitude); });
+}
 template <class F>
 HWY_INLINE Vec3<F> NonlinearToLinear(bool useGamma22, bool extendedRange, const Vec3<F>& v)
 {
-    return Map(v, [&](F c) HWY_ATTR {
-        return Mirrored(extendedRange, c,
-                        [&](F magnitude) HWY_ATTR { return NonlinearToLinear(useGamma22, magnitude); });
-    });
+    return Each(v, [&](auto c) HWY_ATTR { return ComponentToLinear(useGamma22, extendedRange, c); });
 }
 template <class F>
 HWY_INLINE Vec3<F> LinearToNonlinear(bool useGamma22, bool extendedRange, const Vec3<F>& v)
 {
-    return Map(v, [&](F c) HWY_ATTR {
-        return Mirrored(extendedRange, c,
-                        [&](F magnitude) HWY_ATTR { return LinearToNonlinear(useGamma22, magnitude); });
-    });
+    return Each(v, [&](auto c) HWY_ATTR { return ComponentToNonlinear(useGamma22, extendedRange, c); });
 }
 
 /// Rec. 709 code to linear light (ITU-R BT.709-6, item 1.2), by reciprocals.
