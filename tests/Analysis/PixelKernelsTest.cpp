@@ -159,10 +159,10 @@ TEST_P(PixelKernels, WeighHuesWorksEachPixelByItself)
                     float Y = 0.0f;
                     CColor::LinearRGBToLinearY(false, illuminant, rgb, Y);
                     ASSERT_EQ(row.bin[i], binOf(HueOf(space, color)));
-                    ASSERT_EQ(row.weight[i], weight);
-                    ASSERT_EQ(row.second[i], weight * color.y);
-                    ASSERT_EQ(row.third[i], weight * color.z);
-                    ASSERT_EQ(row.grey[i], weight * Y);
+                    ASSERT_EQ(row.sample[i].weight, weight);
+                    ASSERT_EQ(row.sample[i].second, weight * color.y);
+                    ASSERT_EQ(row.sample[i].third, weight * color.z);
+                    ASSERT_EQ(row.sample[i].grey, weight * Y);
                 }
             }
 }

@@ -10,13 +10,33 @@ namespace QZ::Foundation {
 
 namespace {
 
-void Add(const HueRow& row, std::size_t n, CHueWeightedHistogram& histogram)
+/// The sums of a bin, side by side: a pixel adds to all of them.
+struct BinSums {
+    double weight, second, third, grey;
+
+    void operator+=(const HueSample& sample)
+    {
+        weight += static_cast<double>(sample.weight);
+        second += static_cast<double>(sample.second);
+        third += static_cast<double>(sample.third);
+        grey += static_cast<double>(sample.grey);
+    }
+};
+
+std::vector<BinSums> SumsOf(const CHueWeightedHistogram& histogram)
 {
-    for (std::size_t i = 0; i < n; ++i) {
-        const auto bin = static_cast<std::size_t>(row.bin[i]);
-        histogram.weights[bin] += row.weight[i];
-        histogram.sums[bin] += Math::CVector2<double>(row.second[i], row.third[i]);
-        histogram.greySums[bin] += row.grey[i];
+    std::vector<BinSums> bins(histogram.weights.size());
+    for (std::size_t i = 0; i < bins.size(); ++i)
+        bins[i] = {histogram.weights[i], histogram.sums[i].x, histogram.sums[i].y, histogram.greySums[i]};
+    return bins;
+}
+
+void Assign(const std::vector<BinSums>& bins, CHueWeightedHistogram& histogram)
+{
+    for (std::size_t i = 0; i < bins.size(); ++i) {
+        histogram.weights[i] = bins[i].weight;
+        histogram.sums[i] = {bins[i].second, bins[i].third};
+        histogram.greySums[i] = bins[i].grey;
     }
 }
 
@@ -50,10 +70,13 @@ void CHueWeightedHistogram::Compute(int numBins, EHueColorSpace space, bool isSR
     if (numBins >= 1 && IsHueSpace(space, which)) {
         const HueArguments arguments{which, illuminant, LinearOfByte(isSRGB), HueBins(numBins)};
         HueRow row;
+        std::vector<BinSums> bins = SumsOf(*this);
         ForEachRow(static_cast<std::size_t>(std::max(numPixels, 0)), [&](std::size_t first, std::size_t n) {
             WeighHues(arguments, rgba + 4 * first, n, row);
-            Add(row, n, *this);
+            for (std::size_t i = 0; i < n; ++i)
+                bins[static_cast<std::size_t>(row.bin[i])] += row.sample[i];
         });
+        Assign(bins, *this);
     }
     total = std::accumulate(weights.begin(), weights.end(), 0.0);
 }

@@ -115,10 +115,9 @@ HWY_FLATTEN void WeighHuesIn(const HueArguments& arguments, const unsigned char*
         const Lane saturation = Saturation(color.x, Hypotenuse(color.y, color.z));
         const Lane weight = SaturationWeight(saturation) * LightnessWeight(color.x);
         hn::StoreU(BinsOf(arguments.binOf, HueOf<space>(color)), s, row.bin.data() + i);
-        Store(weight, row.weight.data() + i);
-        Store(weight * color.y, row.second.data() + i);
-        Store(weight * color.z, row.third.data() + i);
-        Store(weight * LinearRGBToLinearY(false, arguments.illuminant, rgb), row.grey.data() + i);
+        const Lane grey = weight * LinearRGBToLinearY(false, arguments.illuminant, rgb);
+        hn::StoreInterleaved4(weight.vector, (weight * color.y).vector, (weight * color.z).vector,
+                              grey.vector, Lane::Tag(), &row.sample[i].weight);
     });
 }
 

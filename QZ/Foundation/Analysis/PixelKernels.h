@@ -40,13 +40,17 @@ struct GreyArguments {
 };
 void GreyRow(const GreyArguments& arguments, const unsigned char* rgba, std::size_t n, unsigned char* levels);
 
+/// What a pixel adds to its hue bin.
+struct HueSample {
+    float weight;
+    float second;   ///< weight times the second component
+    float third;    ///< weight times the third
+    float grey;     ///< weight times the linear luminance
+};
 /// The hue bin of each pixel and what it adds there.
 struct HueRow {
     std::array<int, kRowOfPixels> bin;
-    std::array<float, kRowOfPixels> weight;
-    std::array<float, kRowOfPixels> second;   ///< weight times the second component
-    std::array<float, kRowOfPixels> third;    ///< weight times the third
-    std::array<float, kRowOfPixels> grey;     ///< weight times the linear luminance
+    std::array<HueSample, kRowOfPixels> sample;
 };
 enum class HueSpace { Lab, Luv, IPT };
 struct HueArguments {

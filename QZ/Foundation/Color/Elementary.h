@@ -49,14 +49,34 @@ HWY_INLINE W LoosePolynomial(const double (&c)[n], W x)
         return MulAdd(LoosePolynomial<i + 1>(c, x), x, W(c[i]));
 }
 
-/// For one value the time to the result counts: the terms are worked side by side.
-HWY_INLINE double LoosePolynomial(const double (&c)[7], double x)
+/// For one value the time to the result counts: even and odd terms side by side, and so on.
+template <std::size_t first, std::size_t step, std::size_t n>
+HWY_INLINE double EveryTerm(const double (&c)[n], double x)
 {
-    const double x2 = x * x;
-    const double low = MulAdd(c[1], x, c[0]);
-    const double middle = MulAdd(c[3], x, c[2]);
-    const double high = MulAdd(c[6], x2, MulAdd(c[5], x, c[4]));
-    return MulAdd(MulAdd(high, x2, middle), x2, low);
+    if constexpr (first + step >= n)
+        return c[first];
+    else
+        return MulAdd(EveryTerm<first + step, 2 * step>(c, x * x), x, EveryTerm<first, 2 * step>(c, x * x));
+}
+template <std::size_t n>
+HWY_INLINE double LoosePolynomial(const double (&c)[n], double x)
+{
+    return EveryTerm<0, 1>(c, x);
+}
+
+/// How a function of this file is worked. A result in double that is found either way differs by a few of its
+/// roundings, far less than the reach of AreNearMidpoint(): where that finds nothing, the float is the same.
+enum class Way {
+    Strict,   ///< each operation rounded by itself: the result by definition
+    Loose     ///< products and sums in any order
+};
+template <Way way, class W, std::size_t n>
+HWY_INLINE W PolynomialBy(const double (&c)[n], W x)
+{
+    if constexpr (way == Way::Strict)
+        return Polynomial(c, x);
+    else
+        return LoosePolynomial(c, x);
 }
 
 /// The factors of the intervals for numbers from 2^-15 to 2, which share an entry of binaryHigh.
@@ -133,7 +153,7 @@ HWY_INLINE float Pow(float x)
     } else {
         if (HWY_LIKELY(x >= 0x1p-15f && x < 2.0f)) {
             const double power = PowInDouble<exponent, true>(x);
-            if (HWY_LIKELY(!IsNearMidpoint(power)))
+            if (HWY_LIKELY(!AreNearMidpoint(power)))
                 return Narrow(power);
         }
         return PowOfAny<exponent>(x);
@@ -146,9 +166,9 @@ HWY_INLINE float Pow(float x, float exponent)
     return Double::PowRounded(x, exponent);
 }
 
-/// e^x.
-template <class F>
-HWY_INLINE F Exp(F x)
+/// e^x in double, x brought to where neither end is passed by more than a float sees.
+template <Way way, class F>
+HWY_INLINE auto ExpInDouble(F x)
 {
     // Beyond these lie infinity and 0, and NaN passes.
     const F inRange = Select(x > 89.0f, F(89.0f), Select(x < -104.0f, F(-104.0f), x));
@@ -157,7 +177,20 @@ HWY_INLINE F Exp(F x)
     const auto n = RoundToInteger(wide * W(1.0 / ElementaryTables::kLn2.high));
     const W r =
         (wide - n.value * W(ElementaryTables::kLn2Parts[0])) - n.value * W(ElementaryTables::kLn2Parts[1]);
-    return Narrow(Polynomial(ElementaryTables::kExp, r) * PowerOf2(n));
+    return PolynomialBy<way>(ElementaryTables::kExp, r) * PowerOf2(n);
+}
+template <class F>
+HWY_NOINLINE F ExpOfAny(F x)
+{
+    return Narrow(ExpInDouble<Way::Strict>(x));
+}
+/// e^x.
+template <class F>
+HWY_INLINE F Exp(F x)
+{
+    const auto quick = ExpInDouble<Way::Loose>(x);
+    const auto isOpen = Or(Not(Abs(x) <= 87.0f), AreNearMidpoint(quick));
+    return HWY_LIKELY(NoneTrue(isOpen)) ? Narrow(quick) : ExpOfAny(x);
 }
 
 /// 2^x.
@@ -185,9 +218,9 @@ HWY_INLINE float Log(float x)
     return Narrow(static_cast<double>(k) * ElementaryTables::kLn2.high + logOfMantissa);
 }
 
-/// sin(x + quarterTurns pi / 2) for |x| below 2^21.
-template <class F>
-HWY_INLINE F SinOfModerate(F x, int quarterTurns)
+/// sin(x + quarterTurns pi / 2) in double for |x| below 2^21.
+template <Way way, class F>
+HWY_INLINE auto SinOfModerate(F x, int quarterTurns)
 {
     const auto wide = Widen(x);
     using W = decltype(Widen(x));
@@ -196,32 +229,48 @@ HWY_INLINE F SinOfModerate(F x, int quarterTurns)
                  n.value * W(ElementaryTables::kHalfPiParts[1])) -
                 n.value * W(ElementaryTables::kHalfPiParts[2]);
     const W r2 = r * r;
-    const W sine = r * Polynomial(ElementaryTables::kSin, r2);
-    const W cosine = Polynomial(ElementaryTables::kCos, r2);
+    const W sine = r * PolynomialBy<way>(ElementaryTables::kSin, r2);
+    const W cosine = PolynomialBy<way>(ElementaryTables::kCos, r2);
     const auto turned = RoundToInteger(n.value + W(static_cast<double>(quarterTurns)));
     const W value = Select(HasBit(turned, 1), cosine, sine);
-    return Narrow(Select(HasBit(turned, 2), -value, value));
+    return Select(HasBit(turned, 2), -value, value);
 }
 
 inline constexpr float kModerate = 2097152.0f;   // 2^21
 
 template <class F>
-HWY_INLINE F Sin(F x)
+HWY_NOINLINE F SinOfAny(F x)
 {
-    const F sine = Select(x == 0.0f, x, SinOfModerate(x, 0));
+    const F sine = Select(x == 0.0f, x, Narrow(SinOfModerate<Way::Strict>(x, 0)));
     return ReplaceWhere(Abs(x) >= kModerate, x, sine,
                         [](float angle) { return Narrow(Double::Sin(Widen(angle))); });
 }
 template <class F>
-HWY_INLINE F Cos(F x)
+HWY_NOINLINE F CosOfAny(F x)
 {
-    return ReplaceWhere(Abs(x) >= kModerate, x, SinOfModerate(x, 1),
+    return ReplaceWhere(Abs(x) >= kModerate, x, Narrow(SinOfModerate<Way::Strict>(x, 1)),
                         [](float angle) { return Narrow(Double::Cos(Widen(angle))); });
 }
 
-/// The angle of the point (x, y), from -pi to pi; zeros and infinities as std::atan2 takes them.
+/// Sine and cosine of what is neither tiny nor large are far from subnormal.
 template <class F>
-HWY_INLINE F Atan2(F y, F x)
+HWY_INLINE F Sin(F x)
+{
+    const auto quick = SinOfModerate<Way::Loose>(x, 0);
+    const auto isOrdinary = And(Abs(x) >= 0x1p-60f, Abs(x) < kModerate);
+    return HWY_LIKELY(NoneTrue(Or(Not(isOrdinary), AreNearMidpoint(quick)))) ? Narrow(quick) : SinOfAny(x);
+}
+template <class F>
+HWY_INLINE F Cos(F x)
+{
+    const auto quick = SinOfModerate<Way::Loose>(x, 1);
+    return HWY_LIKELY(NoneTrue(Or(Not(Abs(x) < kModerate), AreNearMidpoint(quick)))) ? Narrow(quick)
+                                                                                     : CosOfAny(x);
+}
+
+/// The magnitude of atan2 in double, but for NaN.
+template <Way way, class F>
+HWY_INLINE auto AngleInDouble(F y, F x)
 {
     const F ax = Abs(x);
     const F ay = Abs(y);
@@ -237,12 +286,27 @@ HWY_INLINE F Atan2(F y, F x)
 
     const auto isLarge = q > W(0.41421356237309503);   // tan(pi / 8)
     const W z = Select(isLarge, (q - W(1.0)) / (q + W(1.0)), q);
-    const W atan = z * Polynomial(ElementaryTables::kAtan, z * z);
+    const W atan = z * PolynomialBy<way>(ElementaryTables::kAtan, z * z);
     const W eighth = Select(isLarge, atan + W(ElementaryTables::kQuarterPi.high), atan);
     const W quarter = Select(WidenMask(isSteep), W(ElementaryTables::kHalfPi.high) - eighth, eighth);
-    const W half = Select(WidenMask(IsNegative(x)), W(ElementaryTables::kPi.high) - quarter, quarter);
-    const F angle = CopySign(Narrow(half), y);
+    return Select(WidenMask(IsNegative(x)), W(ElementaryTables::kPi.high) - quarter, quarter);
+}
+template <class F>
+HWY_NOINLINE F Atan2OfAny(F y, F x)
+{
+    const F angle = CopySign(Narrow(AngleInDouble<Way::Strict>(y, x)), y);
     return Select(And(x == x, y == y), angle, x + y);
+}
+/// The angle of the point (x, y), from -pi to pi; zeros and infinities as std::atan2 takes them.
+template <class F>
+HWY_INLINE F Atan2(F y, F x)
+{
+    const auto quick = AngleInDouble<Way::Loose>(y, x);
+    const F angle = Narrow(quick);
+    // Nothing here holds for NaN.
+    const auto isOrdinary = Or(angle >= 0x1p-100f, And(y == 0.0f, x == x));
+    return HWY_LIKELY(NoneTrue(Or(Not(isOrdinary), AreNearMidpoint(quick)))) ? CopySign(angle, y)
+                                                                             : Atan2OfAny(y, x);
 }
 
 #if HWY_TARGET == HWY_SCALAR

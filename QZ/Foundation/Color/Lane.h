@@ -141,9 +141,17 @@ HWY_INLINE LaneMask Or(LaneMask a, LaneMask b)
     return hn::Or(a.mask, b.mask);
 }
 
+HWY_INLINE bool Not(bool mask)
+{
+    return !mask;
+}
 HWY_INLINE LaneMask Not(LaneMask mask)
 {
     return hn::Not(mask.mask);
+}
+HWY_INLINE bool NoneTrue(bool mask)
+{
+    return !mask;
 }
 HWY_INLINE bool NoneTrue(LaneMask mask)
 {

@@ -65,7 +65,7 @@ HWY_INLINE double TimesEntryLess1(float x, const float (&table)[16], std::uint32
 
 /// Whether the middle between two floats lies less than 2^-43 of its power of 2 away. Where none does, all
 /// doubles within that distance round to the same float. For magnitudes of normal floats.
-HWY_INLINE bool IsNearMidpoint(double x)
+HWY_INLINE bool AreNearMidpoint(double x)
 {
     // Of the 29 bits that a float has not, the middle sets the first alone.
     constexpr std::uint64_t kMiddle = 0x10000000;
