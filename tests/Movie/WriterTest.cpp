@@ -479,29 +479,49 @@ TEST_F(WriterTest, EndsWithAReasonAndAPlayableFileWhenTheDiskIsFull)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
 }
 
+TEST_F(WriterTest, EndsWithAReasonAndAPlayableFileOnASmallDisk)
+{
+    const SmallDisk disk(folder.File("disk"), 200);
+    if (!disk.IsMounted())
+        GTEST_SKIP() << "no small file system can be mounted here";
+    const std::string small = disk.File("movie.mov");
+    scene.realTime = true;
+    Recorder recorder(small, scene);
+    ASSERT_TRUE(recorder.writer->StartWriting()) << recorder.writer->Reason();
+    recorder.writer->StartSessionAtSourceTime(TimeZero);
+    int taken = 0;
+    while (taken < 3000 && recorder.AppendPicture(taken, MakeTime(taken, 30)))
+        ++taken;
+    EXPECT_EQ(recorder.Finish(), Status::Failed);
+    EXPECT_NE(recorder.writer->Reason().find("cannot be written: No space left on device"), std::string::npos)
+        << recorder.writer->Reason();
+    const std::string frames = Probe(small, "-count_frames -show_entries stream=nb_read_frames");
+    const int count = std::atoi(frames.c_str() + frames.find('=') + 1);
+    EXPECT_GT(count, 5) << frames;
+    EXPECT_LE(taken - count, 12 + 1 + 1)
+        << "of " << taken;   // the queue, the encoder, the one that did not fit
+    EXPECT_EQ(Output("ffmpeg -v error -i '" + small + "' -f null - 2>&1"), "");
+    std::printf("    full after %d pictures, of which %d play\n", taken, count);
+}
+
 TEST_F(WriterTest, KeepsTheRecordedFileWhenThereIsNoRoomForTheOrdinaryOne)
 {
-    // A small file system of its own, where one may be mounted: room for the recording, not for it twice.
-    const std::string disk = folder.File("disk");
-    std::filesystem::create_directory(disk);
-    if (std::system(("mount -t tmpfs -o size=400k tmpfs '" + disk + "' 2>/dev/null").c_str()) != 0)
+    const SmallDisk disk(folder.File("disk"), 400);   // room for the recording, not for it twice
+    if (!disk.IsMounted())
         GTEST_SKIP() << "no small file system can be mounted here";
-    const std::string small = disk + "/movie.mov";
-    {
-        Recorder recorder(small, scene);
-        ASSERT_TRUE(recorder.writer->StartWriting()) << recorder.writer->Reason();
-        recorder.writer->StartSessionAtSourceTime(TimeZero);
-        int i = 0;
-        while (i < 3000 && recorder.writer->Status() == Status::Writing &&
-               (!std::filesystem::exists(small) || std::filesystem::file_size(small) < 250000))
-            i += recorder.AppendPicture(i, MakeTime(i, 30)) ? 1 : 0;
-        EXPECT_EQ(recorder.Finish(), Status::Failed);
-        EXPECT_NE(recorder.writer->Reason().find("No space left on device"), std::string::npos)
-            << recorder.writer->Reason();
-    }
+    const std::string small = disk.File("movie.mov");
+    Recorder recorder(small, scene);
+    ASSERT_TRUE(recorder.writer->StartWriting()) << recorder.writer->Reason();
+    recorder.writer->StartSessionAtSourceTime(TimeZero);
+    int i = 0;
+    while (i < 3000 && recorder.writer->Status() == Status::Writing &&
+           (!std::filesystem::exists(small) || std::filesystem::file_size(small) < 250000))
+        i += recorder.AppendPicture(i, MakeTime(i, 30)) ? 1 : 0;
+    EXPECT_EQ(recorder.Finish(), Status::Failed);
+    EXPECT_NE(recorder.writer->Reason().find("No space left on device"), std::string::npos)
+        << recorder.writer->Reason();
     EXPECT_EQ(Output("ffmpeg -v error -i '" + small + "' -f null - 2>&1"), "");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(disk), {}), 1);
-    EXPECT_EQ(std::system(("umount '" + disk + "'").c_str()), 0);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.File("disk")), {}), 1);
 }
 
 }   // namespace
