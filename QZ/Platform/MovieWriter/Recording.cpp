@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "QZ/Platform/MovieWriter/Recording.h"
 
-#include <pthread.h>
-#include <sched.h>
-
 #include <algorithm>
 #include <system_error>
 #include <utility>
@@ -22,15 +19,6 @@ Media MediaOf(MediaType type)
             break;
     }
     return Media::Metadata;
-}
-
-/// The calling thread, and every one that it creates, no longer interrupts the thread that wakes it: who
-/// appends a picture to an idle writer goes on at once, even where no processor is free.
-void YieldToWhoWakes()
-{
-    const sched_param ordinary = {};
-    // Without it recordings work all the same.
-    [[maybe_unused]] const int refused = ::pthread_setschedparam(::pthread_self(), SCHED_BATCH, &ordinary);
 }
 
 std::uint32_t VideoTrackId(const std::vector<Track>& tracks)
@@ -89,17 +77,6 @@ bool Recording::OpenLocked()
     return m_file.Create(m_path) || FailLocked(m_file.Reason());
 }
 
-/// Opens the encoders and the file, on a thread whose scheduling the encoders' own threads inherit.
-bool Recording::OpenYieldingLocked()
-{
-    bool opened = false;
-    std::thread([this, &opened] {
-        YieldToWhoWakes();
-        opened = OpenLocked();
-    }).join();
-    return opened;
-}
-
 bool Recording::Start()
 {
     const std::lock_guard lock(m_mutex);
@@ -107,14 +84,11 @@ bool Recording::Start()
         return false;
     if (m_channels.empty())
         return FailLocked("a movie needs at least one track");
+    if (!OpenLocked())
+        return false;
     try {
-        if (!OpenYieldingLocked())
-            return false;
         m_diskSync.Start(m_file.Descriptor());
-        m_thread = std::thread([self = shared_from_this()] {
-            YieldToWhoWakes();
-            self->Run();
-        });
+        m_thread = std::thread([self = shared_from_this()] { self->Run(); });
     } catch (const std::system_error& error) {
         m_diskSync.Stop();
         m_file.Abandon();

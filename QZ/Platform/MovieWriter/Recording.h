@@ -44,7 +44,6 @@ private:
     enum class Order { None, Finish, Abandon };
 
     bool OpenLocked();
-    bool OpenYieldingLocked();
     bool FailLocked(const std::string& reason);
     void Wake();
     [[nodiscard]] std::vector<std::shared_ptr<Channel>> Channels() const;
