@@ -43,6 +43,22 @@ TEST(GrayscaleHistogram, KeepsEachCounterApartAtEveryLength)
     }
 }
 
+// From half a million on, bytes are counted by pairs, eight at a time.
+TEST(GrayscaleHistogram, CountsManyBytesToTheLastOne)
+{
+    std::vector<unsigned char> data((1 << 19) + 9);
+    for (std::size_t k = 0; k < data.size(); ++k)
+        data[k] = static_cast<unsigned char>(k * k / 3 + k / 1000);
+    for (std::size_t n = (1 << 19) - 1; n <= data.size(); ++n) {
+        std::vector<int> counts(256);
+        for (std::size_t k = 0; k < n; ++k)
+            ++counts[data[k]];
+        CGrayscaleHistogram histogram;
+        histogram.Compute(static_cast<int>(n), 1, 1, 0, data.data());
+        EXPECT_EQ(histogram.bins, counts) << n;
+    }
+}
+
 // Indices 5, 9 and 13 of a picture of 12 bytes: only those below 12 are read.
 TEST(GrayscaleHistogram, StaysWithinTheBufferWhenTheOffsetIsBeyondAPixel)
 {

@@ -167,6 +167,40 @@ TEST_P(PixelKernels, WeighHuesWorksEachPixelByItself)
             }
 }
 
+/// 32 levels of each channel, greys and black among them.
+Pixels ManyColors()
+{
+    Pixels rgba;
+    for (int r = 0; r < 32; ++r)
+        for (int g = 0; g < 32; ++g)
+            for (int b = 0; b < 32; ++b)
+                for (const int level : {255 * r / 31, 255 * g / 31, 255 * b / 31, 255})
+                    rgba.push_back(static_cast<unsigned char>(level));
+    return rgba;
+}
+
+TEST_P(PixelKernels, FindTheBinsOfTheExactAngleWhereARoughOneCouldMiss)
+{
+    const Pixels rgba = ManyColors();
+    for (const HueSpace space : {HueSpace::Lab, HueSpace::Luv, HueSpace::IPT}) {
+        std::vector<float> hues;
+        for (std::size_t i = 0; i < rgba.size(); i += 4) {
+            Color color;
+            ToSpace(space, CColor::eD65, LinearColor(true, &rgba[i]), color);
+            hues.push_back(HueOf(space, color));
+        }
+        for (const int bins : {1, 2, 7, 256, 3600, 65536}) {
+            const HueBins binOf(bins);
+            ForEachRow(hues.size(), [&](std::size_t first, std::size_t n) {
+                HueRow row;
+                WeighHues({space, CColor::eD65, LinearOfSRGBByte(), binOf}, &rgba[4 * first], n, row);
+                for (std::size_t i = 0; i < n; ++i)
+                    ASSERT_EQ(row.bin[i], binOf(hues[first + i])) << "colour " << first + i;
+            });
+        }
+    }
+}
+
 TEST_P(PixelKernels, FindPTGivesTheBinAndBothComponents)
 {
     const Pixels rgba = SomePixels(kRowOfPixels, 4);

@@ -98,6 +98,28 @@ TEST_P(ColorRows, ReadPixelsAsBytesTimesTheReciprocalOf255)
     }
 }
 
+// From 4 MiB on, colours are written past the caches, vectors where a vector may begin.
+TEST_P(ColorRows, GiveTheSameColorsInALargeRowAtEveryAlignment)
+{
+    constexpr std::size_t kMany = (std::size_t(4) << 20) / sizeof(Color) + 7;
+    const Pixels in = EveryByte(kMany);
+    Colors parts(kMany);
+    for (std::size_t first = 0; first < kMany; first += 1000) {
+        const std::size_t n = std::min<std::size_t>(1000, kMany - first);
+        QZ::Foundation::CColorRows::SRGBToXYZ(false, false, CColor::eD50, {in.data() + 4 * first, 4 * n},
+                                              {parts.data() + first, n});
+    }
+    Colors whole(kMany + 17);
+    for (std::size_t start = 0; start < 16; ++start) {
+        std::fill(whole.begin(), whole.end(), Color(7, 8, 9));
+        QZ::Foundation::CColorRows::SRGBToXYZ(false, false, CColor::eD50, in, {whole.data() + start, kMany});
+        for (std::size_t i = 0; i < kMany; ++i)
+            ASSERT_TRUE(SameBits(whole[start + i], parts[i])) << i << " from " << start;
+        ASSERT_TRUE(SameBits(whole[start + kMany], Color(7, 8, 9)));
+        ASSERT_TRUE(start == 0 || SameBits(whole[start - 1], Color(7, 8, 9)));
+    }
+}
+
 TEST_P(ColorRows, WritePixelsRoundedToTheNearestByteWithAFourthByteOf255)
 {
     for (const std::size_t count :

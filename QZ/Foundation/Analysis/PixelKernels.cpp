@@ -50,13 +50,53 @@ HWY_INLINE void Store(Lane x, float* out)
     hn::StoreU(x.vector, Lane::Tag(), out);
 }
 
+/// Where an angle lies among the bins.
+HWY_INLINE Lane PositionOf(const HueBins& binOf, Lane angle)
+{
+    return (angle + static_cast<float>(Math::CConstants::PI)) * binOf.Scale() + 0.5f;
+}
+
 /// HueBins on lanes.
-HWY_INLINE LaneInts BinsOf(const HueBins& binOf, Lane angle)
+HWY_INLINE LaneInts BinsAt(const HueBins& binOf, Lane position)
 {
     const hn::RebindToSigned<Lane::Tag> s;
-    const Lane position = (angle + static_cast<float>(Math::CConstants::PI)) * binOf.Scale() + 0.5f;
     const Lane inRange = Clamp(position, 0.0f, static_cast<float>(binOf.Last()));
     return hn::Min(hn::ConvertTo(s, inRange.vector), hn::Set(s, binOf.Last()));
+}
+
+/// Atan2() to 2e-6, and exact where y is 0 and x is not negative; NaN for two infinities.
+HWY_INLINE Lane RoughAtan2(Lane y, Lane x)
+{
+    const Lane ax = Abs(x);
+    const Lane ay = Abs(y);
+    const LaneMask isSteep = ay > ax;
+    const Lane longer = Select(isSteep, ay, ax);
+    const Lane q = Select(longer == 0.0f, Lane(0.0f), Select(isSteep, ax, ay) / longer);
+    const Lane q2 = q * q;
+    Lane sum(ElementaryTables::kRoughAtan[7]);
+    for (int i = 6; i >= 0; --i)
+        sum = hn::MulAdd(sum.vector, q2.vector, Lane(ElementaryTables::kRoughAtan[i]).vector);
+    const Lane eighth = sum * q;
+    const Lane quarter = Select(isSteep, 1.5707963f - eighth, eighth);
+    return CopySign(Select(IsNegative(x), 3.1415927f - quarter, quarter), y);
+}
+
+HWY_NOINLINE LaneInts BinsOfAny(const HueBins& binOf, Lane y, Lane x)
+{
+    return BinsAt(binOf, PositionOf(binOf, Atan2(y, x)));
+}
+
+/// The bins of Atan2(y, x). A rough angle tells them, unless it lies near the end of one.
+HWY_INLINE LaneInts BinsOf(const HueBins& binOf, Lane y, Lane x)
+{
+    const Lane position = PositionOf(binOf, RoughAtan2(y, x));
+    // 2e-6 in the angle, and less than that in each of the two roundings after it.
+    const float reach = 1e-5f * binOf.Scale();
+    const Lane distance = Abs(position - Floor(position + 0.5f));
+    const LaneMask isExact = And(y == 0.0f, Not(IsNegative(x)));
+    if (HWY_LIKELY(NoneTrue(Not(Or(distance > reach, isExact)))))
+        return BinsAt(binOf, position);
+    return BinsOfAny(binOf, y, x);
 }
 
 /// 1 / (1 + e^(10 x)): falls from 1 to 0 about x = 0.
@@ -93,14 +133,14 @@ HWY_INLINE Vec3<F> ToSpace(CColor::EIlluminant illuminant, const Vec3<F>& rgb)
         return LinearRGBToIPT(illuminant, rgb);
 }
 
-/// From the second axis towards the third, but from T towards P.
-template <HueSpace space, class F>
-HWY_INLINE F HueOf(const Vec3<F>& color)
+/// The bins of the hue: from the second axis towards the third, but from T towards P.
+template <HueSpace space>
+HWY_INLINE LaneInts HueBinsOf(const HueBins& binOf, const Vec3<Lane>& color)
 {
     if constexpr (space == HueSpace::IPT)
-        return IPTHue(color);
+        return BinsOf(binOf, color.y, color.z);
     else
-        return Atan2(color.z, color.y);
+        return BinsOf(binOf, color.z, color.y);
 }
 
 template <HueSpace space>
@@ -114,7 +154,7 @@ HWY_FLATTEN void WeighHuesIn(const HueArguments& arguments, const unsigned char*
         const Vec3<Lane> color = ToSpace<space>(arguments.illuminant, rgb);
         const Lane saturation = Saturation(color.x, Hypotenuse(color.y, color.z));
         const Lane weight = SaturationWeight(saturation) * LightnessWeight(color.x);
-        hn::StoreU(BinsOf(arguments.binOf, HueOf<space>(color)), s, row.bin.data() + i);
+        hn::StoreU(HueBinsOf<space>(arguments.binOf, color), s, row.bin.data() + i);
         const Lane grey = weight * LinearRGBToLinearY(false, arguments.illuminant, rgb);
         hn::StoreInterleaved4(weight.vector, (weight * color.y).vector, (weight * color.z).vector,
                               grey.vector, Lane::Tag(), &row.sample[i].weight);
@@ -141,7 +181,7 @@ HWY_FLATTEN void FindPTRow(const HueArguments& arguments, const unsigned char* r
     ForEachVector(n, [&](std::size_t i) HWY_ATTR {
         const Vec3<Lane> ipt =
             LinearRGBToIPT(arguments.illuminant, LoadPixels(arguments.linear, pixels.At(i)));
-        hn::StoreU(BinsOf(arguments.binOf, IPTHue(ipt)), s, row.bin.data() + i);
+        hn::StoreU(HueBinsOf<HueSpace::IPT>(arguments.binOf, ipt), s, row.bin.data() + i);
         Store(ipt.y, row.P.data() + i);
         Store(ipt.z, row.T.data() + i);
     });
@@ -181,7 +221,7 @@ HWY_FLATTEN void RecolorPixels(const RecolorArguments& arguments, unsigned char*
     ForEachVector(n, [&](std::size_t i) HWY_ATTR {
         const Vec3<Lane> ipt =
             LinearRGBToIPT(arguments.illuminant, LoadPixels(arguments.linear, pixels.At(i)));
-        const LaneInts twice = hn::ShiftLeft<1>(BinsOf(arguments.binOf, IPTHue(ipt)));
+        const LaneInts twice = hn::ShiftLeft<1>(HueBinsOf<HueSpace::IPT>(arguments.binOf, ipt));
         const Lane P = hn::GatherIndex(Lane::Tag(), colours, twice);
         const Lane T = hn::GatherIndex(Lane::Tag(), colours + 1, twice);
         const Lane magnitude = Hypotenuse(ipt.y, ipt.z);

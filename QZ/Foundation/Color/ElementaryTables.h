@@ -136,6 +136,12 @@ inline constexpr double kAtanh[7] = {
     0x1.58d67fe1a22e4p-4,
 };
 
+/// atan(z) / z over z^2, |z| up to 1: relative error 2^-23.0.
+inline constexpr float kRoughAtan[8] = {
+    0.9999998807907104f, -0.3333181142807007f, 0.19966961443424225f, -0.14003290235996246f,
+    0.09868865460157394f, -0.05882975459098816f, 0.023780519142746925f, -0.00455979211255908f,
+};
+
 /// Natural logarithms of 1 + i / 32, but 0 in place of ln 2: the binary exponent counts it.
 inline constexpr DoubleDouble kLog[33] = {
     {0x0.0p+0, 0x0.0p+0}, {0x1.f829b0e783300p-6, 0x1.33e3f04f1ef23p-60},
