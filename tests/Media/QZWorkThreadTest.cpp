@@ -536,6 +536,21 @@ TEST_F(QZWorkThreadTest, MayDieWhileMessagesAreOnTheirWay)
     EXPECT_EQ(MainQueue::Shared().Drain(), 0u);
 }
 
+TEST_F(QZWorkThreadTest, StopsWhenItDies)
+{
+    const std::shared_ptr<LoggedUnit> running = Unit('a'), last = Unit('E');
+    {
+        QZWorkThread shortLived;
+        shortLived.stopUnitOfWork(last);
+        shortLived.start();
+        shortLived.add(running, true);
+        log.WaitFor("a");
+    }
+    EXPECT_EQ(log.Text(), "aE");
+    EXPECT_EQ(running.use_count(), 1);
+    EXPECT_EQ(last.use_count(), 1);
+}
+
 TEST_F(QZWorkThreadTest, LetsGoOfItsUnitsWhenItDies)
 {
     const std::shared_ptr<LoggedUnit> queued = Unit('q'), first = Unit('S'), last = Unit('E');

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "QZ/Platform/MovieWriter/Recording.h"
 
+#include <pthread.h>
+#include <sched.h>
+
 #include <algorithm>
 #include <system_error>
 #include <utility>
@@ -19,6 +22,15 @@ Media MediaOf(MediaType type)
             break;
     }
     return Media::Metadata;
+}
+
+/// The calling thread, and every one that it creates, no longer interrupts the thread that wakes it: who
+/// appends a picture to an idle writer goes on at once, even where no processor is free.
+void YieldToWhoWakes()
+{
+    const sched_param ordinary = {};
+    // Without it recordings work all the same.
+    [[maybe_unused]] const int refused = ::pthread_setschedparam(::pthread_self(), SCHED_BATCH, &ordinary);
 }
 
 std::uint32_t VideoTrackId(const std::vector<Track>& tracks)
@@ -77,6 +89,25 @@ bool Recording::OpenLocked()
     return m_file.Create(m_path) || FailLocked(m_file.Reason());
 }
 
+/// Whether samples come in real time, so that who appends them must not be interrupted.
+bool Recording::IsRealTimeLocked() const
+{
+    return std::any_of(m_channels.begin(), m_channels.end(),
+                       [](const auto& channel) { return channel->Settings().realTime; });
+}
+
+/// Opens the encoders and the file, on a thread whose scheduling the encoders' own threads inherit.
+bool Recording::OpenOnAThreadLocked()
+{
+    bool opened = false;
+    std::thread([this, &opened] {
+        if (IsRealTimeLocked())
+            YieldToWhoWakes();
+        opened = OpenLocked();
+    }).join();
+    return opened;
+}
+
 bool Recording::Start()
 {
     const std::lock_guard lock(m_mutex);
@@ -84,11 +115,15 @@ bool Recording::Start()
         return false;
     if (m_channels.empty())
         return FailLocked("a movie needs at least one track");
-    if (!OpenLocked())
-        return false;
     try {
+        if (!OpenOnAThreadLocked())
+            return false;
         m_diskSync.Start(m_file.Descriptor());
-        m_thread = std::thread([self = shared_from_this()] { self->Run(); });
+        m_thread = std::thread([self = shared_from_this(), realTime = IsRealTimeLocked()] {
+            if (realTime)
+                YieldToWhoWakes();
+            self->Run();
+        });
     } catch (const std::system_error& error) {
         m_diskSync.Stop();
         m_file.Abandon();

@@ -44,6 +44,8 @@ private:
     enum class Order { None, Finish, Abandon };
 
     bool OpenLocked();
+    [[nodiscard]] bool IsRealTimeLocked() const;
+    bool OpenOnAThreadLocked();
     bool FailLocked(const std::string& reason);
     void Wake();
     [[nodiscard]] std::vector<std::shared_ptr<Channel>> Channels() const;
