@@ -10,6 +10,7 @@
 #define QZ_FOUNDATION_COLOR_PIXELS
 #endif
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -21,6 +22,19 @@ HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
 
 using LaneBits = hn::Vec<hn::RebindToUnsigned<Lane::Tag>>;
+
+/// Four bytes a lane as the integers that they are on little-endian machines, whatever this one is; and back.
+HWY_INLINE LaneBits LittleEndian(LaneBits bytes)
+{
+    if constexpr (std::endian::native == std::endian::little)
+        return bytes;
+    const hn::RebindToUnsigned<Lane::Tag> u;
+    const LaneBits second = hn::Set(u, 0xFF00u);
+    const LaneBits outer = hn::Or(hn::ShiftLeft<24>(bytes), hn::ShiftRight<24>(bytes));
+    const LaneBits inner =
+        hn::Or(hn::ShiftLeft<8>(hn::And(bytes, second)), hn::And(hn::ShiftRight<8>(bytes), second));
+    return hn::Or(outer, inner);
+}
 
 #if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX3
 
@@ -174,7 +188,7 @@ HWY_INLINE Vec3<Lane> LoadPixels(const ByteTable& ofByte, const unsigned char* r
 {
     const hn::RebindToUnsigned<Lane::Tag> u;
     const float* table = ofByte.values;
-    const LaneBits pixel = hn::LoadU(u, reinterpret_cast<const std::uint32_t*>(rgba));
+    const LaneBits pixel = LittleEndian(hn::LoadU(u, reinterpret_cast<const std::uint32_t*>(rgba)));
     return {LookUpByte(table, pixel), LookUpByte(table, hn::ShiftRight<8>(pixel)),
             LookUpByte(table, hn::ShiftRight<16>(pixel))};
 }
@@ -200,7 +214,7 @@ HWY_INLINE void StoreBytes(LaneBits red, LaneBits green, LaneBits blue, LaneBits
     const hn::RebindToUnsigned<Lane::Tag> u;
     const LaneBits low = hn::Or(red, hn::ShiftLeft<8>(green));
     const LaneBits high = hn::Or(hn::ShiftLeft<16>(blue), hn::ShiftLeft<24>(alpha));
-    hn::StoreU(hn::Or(low, high), u, reinterpret_cast<std::uint32_t*>(rgba));
+    hn::StoreU(LittleEndian(hn::Or(low, high)), u, reinterpret_cast<std::uint32_t*>(rgba));
 }
 
 /// Pixels of the bytes that a curve makes of each component. The fourth byte is 255.
