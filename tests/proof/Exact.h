@@ -45,6 +45,12 @@ Exact Choose(bool mask, Exact x, A&& a, B&& b)
     return mask ? a(x) : b(x);
 }
 
+template <class Function>
+Vec3<Exact> Each(const Vec3<Exact>& v, Function&& f)
+{
+    return Map(v, f);
+}
+
 inline Exact Abs(Exact x)
 {
     return x < 0.0f ? -x : x;
