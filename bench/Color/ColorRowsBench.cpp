@@ -56,7 +56,23 @@ void OneByOne(Row& row, Convert&& convert)
         convert(row.in[i], row.out[i]);
 }
 
+/// A loop that the compiler leaves without vectors: it would run slowly with dirty upper halves of registers.
+void PlainCode(Row& row)
+{
+    float sum = 0.0f;
+    for (const Color& color : row.in)
+        sum = sum * 0.5f + color.x * color.y;
+    benchmark::DoNotOptimize(sum);
+}
+
 [[maybe_unused]] const bool kRegistered[] = {
+    Register("PlainCode/before", PlainCode),
+    Register("PlainCode/after a kernel of one pixel",
+             [](Row& row) {
+                 CColorRows::SRGBToLab(false, false, kWhite, CColorRows::Pixels(row.rgba).first(4),
+                                       CColorRows::ColorsOut(row.out).first(1));
+                 PlainCode(row);
+             }),
     Register("NonlinearToLinear/row",
              [](Row& r) { CColorRows::NonlinearToLinearToneCurve(false, false, r.in, r.out); }),
     Register("NonlinearToLinear/single",
