@@ -22,11 +22,17 @@ Point OnCircle(Point centre, float radius, float angle)
     return {centre.x + radius * std::cos(angle), centre.y + radius * std::sin(angle)};
 }
 
+// At least one chord, at most `most`; no number asks for one.
+int Chords(float wanted, float most)
+{
+    return wanted > 1.0f ? static_cast<int>(std::ceil(std::min(wanted, most))) : 1;
+}
+
 // Chords of an arc whose sagitta stays below a hundredth of a pixel.
 int ArcChords(float radius, float angle)
 {
     const float step = radius > 0.1f ? 2.0f * std::acos(1.0f - std::min(0.01f / radius, 0.5f)) : kPi;
-    return std::clamp(static_cast<int>(std::ceil(std::abs(angle) / step)), 1, 2000);
+    return Chords(std::abs(angle) / step, 2000.0f);
 }
 
 }   // namespace
@@ -48,7 +54,7 @@ Path& Path::CurveTo(Point control, Point to)
     const Point from = m_outlines.back().back();
     // A chord of 1 / n of the parabola strays from it by |from - 2 control + to| / (4 n^2).
     const float bend = std::hypot(from.x - 2.0f * control.x + to.x, from.y - 2.0f * control.y + to.y);
-    const int chords = std::clamp(static_cast<int>(std::ceil(std::sqrt(bend * 5.0f))), 1, 64);
+    const int chords = Chords(std::sqrt(bend * 5.0f), 64.0f);
     for (int i = 1; i <= chords; ++i) {
         const float t = static_cast<float>(i) / static_cast<float>(chords);
         LineTo(Between(Between(from, control, t), Between(control, to, t), t));
