@@ -21,7 +21,7 @@ public:
 
     /// \param byteOf  0 of 0 and 255 before 2 is reached; its steps lie no closer than a 1/128 of their place.
     template <class Function>
-    explicit ByteCurve(Function&& byteOf)
+    explicit ByteCurve(const Function& byteOf)
     {
         std::uint32_t thresholds[256] = {};
         for (unsigned byte = 1; byte < 256; ++byte)
@@ -57,7 +57,7 @@ private:
 
     /// The bits of the least float whose byte is not below a given one.
     template <class Function>
-    static std::uint32_t FirstNotBelow(Function&& byteOf, unsigned byte)
+    static std::uint32_t FirstNotBelow(const Function& byteOf, unsigned byte)
     {
         std::uint32_t below = 0;
         std::uint32_t notBelow = kTwo;
