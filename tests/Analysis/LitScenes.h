@@ -63,7 +63,9 @@ inline Scene Patches(const std::string& name, unsigned seed, float muted, const 
     std::vector<Math::CVector3<float>> patches;
     for (int i = 0; i < kPatches * kPatches; ++i) {
         const float grey = 0.05f + 0.7f * unit();
-        const Math::CVector3<float> color(unit(), unit(), unit());
+        const float blue = unit();
+        const float green = unit();
+        const Math::CVector3<float> color(unit(), green, blue);
         patches.push_back((color * (1.0f - muted) + Math::CVector3<float>(grey, grey, grey) * muted) * tint);
     }
     if (hasWhite)

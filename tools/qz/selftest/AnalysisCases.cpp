@@ -121,8 +121,11 @@ std::vector<Case> GreyCases()
              Numbers numbers(6);
              for (int i = 0; i < 256; ++i) {
                  CGrayscaleToneCurve curve;
-                 curve.Compute(0.3f * numbers.Unit(), 1.0f - 0.3f * numbers.Unit(),
-                               0.2f + 3.0f * numbers.Unit(), numbers.Unit(), numbers.Unit());
+                 const float shoulder = numbers.Unit();
+                 const float toe = numbers.Unit();
+                 const float gamma = 0.2f + 3.0f * numbers.Unit();
+                 const float white = 1.0f - 0.3f * numbers.Unit();
+                 curve.Compute(0.3f * numbers.Unit(), white, gamma, toe, shoulder);
                  digest.Add(curve.lookupTable);
              }
          }},

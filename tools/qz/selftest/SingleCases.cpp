@@ -218,7 +218,8 @@ std::vector<Case> MatrixCases()
              Numbers numbers(4);
              std::vector<unsigned char> lut;
              for (int i = 0; i < 1024; ++i) {
-                 CColor::Highlights(numbers.Unit(), numbers.Unit(), lut);
+                 const float band = numbers.Unit();
+                 CColor::Highlights(numbers.Unit(), band, lut);
                  digest.Add(lut);
              }
          }},
