@@ -139,7 +139,6 @@ public:
         const std::function<void(Image&)>& operation, const Context& context)
         : m_files(files),
           m_description(movie.Description()),
-          m_context(context),
           m_output(files.out, context.force),
           m_supplier(movie, files.in, operation),
           m_recorder(&m_supplier, std::nullopt),
@@ -195,7 +194,6 @@ private:
 
     const MovieToMovie& m_files;
     const MovieDescription& m_description;
-    const Context& m_context;
     MovieFile m_output;
     Supplier m_supplier;
     QZVideoRecorder m_recorder;   ///< before the supplier goes
