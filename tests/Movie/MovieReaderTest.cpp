@@ -128,6 +128,12 @@ struct ReadingCase {
     double leastPSNR;
 };
 
+// Tests are listed with their parameters.
+void PrintTo(const ReadingCase& codec, std::ostream* out)
+{
+    *out << codec.name;
+}
+
 class CodecReading : public MovieReading, public ::testing::WithParamInterface<ReadingCase> {};
 
 TEST_P(CodecReading, GivesThePicturesTimesSoundAndRotationThatWereRecorded)

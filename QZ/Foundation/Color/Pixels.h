@@ -120,7 +120,7 @@ HWY_INLINE std::size_t ColorsBeforeAlignment(const float* colors)
 HWY_INLINE void StreamColors(const Vec3<Lane>& v, float* to)
 {
     const Lane::Tag tag;
-    HWY_ALIGN float colors[3 * HWY_MAX_BYTES / sizeof(float)];
+    HWY_ALIGN float colors[3 * (HWY_MAX_BYTES / sizeof(float))];
     StoreColors(v, colors);
     for (std::size_t i = 0; i < 3 * Lane::Size(); i += Lane::Size())
         hn::Stream(hn::Load(tag, colors + i), tag, to + i);
