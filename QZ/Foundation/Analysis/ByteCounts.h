@@ -20,9 +20,13 @@ public:
     void Add(const unsigned char* data, std::ptrdiff_t stride, std::ptrdiff_t n)
     {
         std::ptrdiff_t k = stride == 1 && n >= kMany ? AddPairs(data, n) : 0;
-        for (; k + 4 <= n; k += 4)
-            for (std::size_t lane = 0; lane < 4; ++lane)
-                ++m_tables[lane][data[(k + static_cast<std::ptrdiff_t>(lane)) * stride]];
+        for (; k + 4 <= n; k += 4) {
+            const unsigned char* four = data + k * stride;
+            ++m_tables[0][four[0]];
+            ++m_tables[1][four[stride]];
+            ++m_tables[2][four[2 * stride]];
+            ++m_tables[3][four[3 * stride]];
+        }
         for (; k < n; ++k)
             ++m_tables[0][data[k * stride]];
     }
