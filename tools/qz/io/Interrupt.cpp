@@ -22,6 +22,7 @@ PlainPath g_companion{};
 
 volatile std::sig_atomic_t g_noting = 0;
 volatile std::sig_atomic_t g_noted = 0;
+volatile std::sig_atomic_t g_isComplete = 0;
 
 constexpr std::array kInterruptions = {SIGINT, SIGTERM, SIGHUP};
 
@@ -37,6 +38,8 @@ sigset_t Interruptions()
 // Only calls that POSIX allows in a signal handler.
 extern "C" void HandleInterruption(int)
 {
+    if (g_isComplete != 0)
+        return;
     if (g_noting != 0 && g_noted == 0) {
         g_noted = 1;
         return;
@@ -88,6 +91,14 @@ void SetUnfinishedFile(const std::string& path, const std::string& companion)
 {
     Set(g_unfinished, path);
     Set(g_companion, companion);
+    if (!path.empty())
+        g_isComplete = 0;
+}
+
+void SetOutputComplete()
+{
+    SetUnfinishedFile({});
+    g_isComplete = 1;
 }
 
 InterruptNote::InterruptNote()

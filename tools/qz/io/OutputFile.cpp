@@ -181,7 +181,7 @@ public:
             const InterruptBlock block;
             Rename(m_name, m_target, force, m_path);
             m_name.clear();
-            SetUnfinishedFile({});
+            SetOutputComplete();
         }
         SyncFolder(m_folder);
     }
