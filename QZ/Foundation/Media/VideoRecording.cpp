@@ -36,7 +36,7 @@ Time Earlier(const Time& a, const Time& b)
 std::shared_ptr<AssetWriterInput> MakePassThrough(AssetWriterFactory& factory, AssetWriter& writer,
                                                   MediaType type)
 {
-    const std::shared_ptr<AssetWriterInput> input = factory.MakeInput(type, {});
+    std::shared_ptr<AssetWriterInput> input = factory.MakeInput(type, {});
     if (input) {
         input->SetExpectsMediaDataInRealTime(false);
         writer.AddInput(input);

@@ -27,8 +27,8 @@ private:
 /// path means none. Call it under an InterruptBlock together with what creates, renames or removes the file.
 void SetUnfinishedFile(const std::string& path, const std::string& companion = {});
 
-/// The output has its name, and the work is done but for a few words: an interruption comes too late from here
-/// on and is passed over, so that its exit status never stands beside a complete output. Until a file is
+/// The output has its name, and the work is done but for a few words: an interruption comes too late from
+/// here on and is passed over, so that its exit status never stands beside a complete output. Until a file is
 /// unfinished again.
 void SetOutputComplete();
 
