@@ -19,7 +19,8 @@ struct Samples {
 
     [[nodiscard]] std::uint16_t At(int x, int y, int channel) const
     {
-        return values[static_cast<std::size_t>((y * width + x) * channels + channel)];
+        const int index = (y * width + x) * channels + channel;
+        return values[static_cast<std::size_t>(index)];
     }
 };
 

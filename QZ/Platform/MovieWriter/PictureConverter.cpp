@@ -67,8 +67,11 @@ bool PictureConverter::Open(int sourceWidth, int sourceHeight, int width, int he
     }
     m_cropX = (sourceWidth - m_cropWidth) / 2;
     m_cropY = (sourceHeight - m_cropHeight) / 2;
-    if (m_cropWidth < kLeastWidth && !(m_narrow = NewBGRA(m_cropWidth, m_cropHeight)))
-        return false;
+    if (m_cropWidth < kLeastWidth) {
+        m_narrow = NewBGRA(m_cropWidth, m_cropHeight);
+        if (!m_narrow)
+            return false;
+    }
     if (!IsPadded()) {
         m_convert = NewConverter({m_cropWidth, m_cropHeight, width, height}, format);
         return m_convert != nullptr;
