@@ -2,6 +2,7 @@
 #include "tools/qz/io/Interrupt.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -46,6 +47,23 @@ TEST(InterruptDeathTest, WaitsForTheEndOfABlock)
             }
         },
         testing::ExitedWithCode(130), "interrupted");
+    EXPECT_EQ(folder.Names(), std::vector<std::string>{"whole"});
+}
+
+TEST(InterruptDeathTest, ComesTooLateForACompleteOutputUntilTheNextOne)
+{
+    const TemporaryFolder folder;
+    folder.Write("half", "unfinished");
+    folder.Write("whole", "finished");
+    const auto complete = [&] {
+        InstallInterruptHandler();
+        SetUnfinishedFile(folder / "whole");
+        SetOutputComplete();
+        raise(SIGINT);
+    };
+    EXPECT_EXIT((complete(), _exit(0)), testing::ExitedWithCode(0), "^$");
+    EXPECT_EXIT((complete(), SetUnfinishedFile(folder / "half"), raise(SIGINT)), testing::ExitedWithCode(130),
+                "interrupted");
     EXPECT_EQ(folder.Names(), std::vector<std::string>{"whole"});
 }
 
