@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "tools/qz/CommandLine.h"
 
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
 #include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <iostream>
 #include <new>
-#include <sstream>
 #include <utility>
 
 #include "tools/qz/commands/Commands.h"
@@ -53,42 +55,59 @@ void FlushResults()
         throw Failure(Status::Output, "standard output", std::strerror(errno), "");
 }
 
+// The help and the version are errors to the parser, too.
+Status UsageStatus(const CLI::ParseError& error, const CLI::App& app, const CLI::App* command)
+{
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+        app.exit(error);   // prints the help or the version
+        std::cout.flush();
+        FlushResults();
+        return Status::Done;
+    }
+    const std::string name = command != nullptr ? "qz " + command->get_name() : "qz";
+    throw Failure(Status::Usage, command != nullptr ? command->get_name() : "", error.what(),
+                  "try '" + name + " --help'");
+}
+
 }   // namespace
 
 CommandLine::CommandLine()
-    : m_app("qz: colour science and image analysis on pictures, with the QZFoundation library.", "qz")
+    : m_app(std::make_unique<CLI::App>(
+          "qz: colour science and image analysis on pictures, with the QZFoundation library.", "qz"))
 {
-    m_app.formatter(std::make_shared<ExamplesFirst>());
-    m_app.require_subcommand(1);
-    m_app.set_help_flag("-h,--help", "Print this help and exit");
-    m_app.set_version_flag("--version", "qz " QZ_VERSION, "Print the version and exit");
-    m_app.get_formatter()->label("SUBCOMMAND", "COMMAND");
-    m_app.get_formatter()->label("Subcommands", "Commands");
-    m_app.footer(Examples({{"qz tones photo.jpg tones.png", "a photograph in a few greys"},
-                           {"qz tones --help", "a command's options, examples first"},
-                           {"qz demo shown", "all commands at work, in shown/index.html"}}));
+    m_app->formatter(std::make_shared<ExamplesFirst>());
+    m_app->require_subcommand(1);
+    m_app->set_help_flag("-h,--help", "Print this help and exit");
+    m_app->set_version_flag("--version", "qz " QZ_VERSION, "Print the version and exit");
+    m_app->get_formatter()->label("SUBCOMMAND", "COMMAND");
+    m_app->get_formatter()->label("Subcommands", "Commands");
+    m_app->footer(Examples({{"qz tones photo.jpg tones.png", "a photograph in a few greys"},
+                            {"qz tones --help", "a command's options, examples first"},
+                            {"qz demo shown", "all commands at work, in shown/index.html"}}));
     RegisterCommands(*this);
 }
 
-CLI::App& CommandLine::Add(const std::string& name, const std::string& summary,
-                           std::initializer_list<Example> examples, Action action)
+CommandLine::~CommandLine() = default;
+
+Command CommandLine::Add(const std::string& name, const std::string& summary,
+                         std::initializer_list<Example> examples, Action action)
 {
-    CLI::App& command = *m_app.add_subcommand(name, summary);
+    CLI::App& command = *m_app->add_subcommand(name, summary);
     command.footer(Examples(examples));
     command.add_flag("-q,--quiet", m_context.quiet, "No remarks, no progress: failures only");
     command.add_flag("-f,--force", m_context.force, "Replace an output that exists");
     m_actions[&command] = std::move(action);
-    return command;
+    return Command(command);
 }
 
-void CommandLine::AddJson(CLI::App& command)
+void CommandLine::AddJson(Command& command)
 {
-    command.add_flag("--json", m_context.json, "Print what was measured as JSON");
+    command.AddFlag("--json", m_context.json, "Print what was measured as JSON");
 }
 
 const CLI::App* CommandLine::Chosen() const
 {
-    const auto chosen = m_app.get_subcommands();
+    const auto chosen = m_app->get_subcommands();
     return chosen.empty() ? nullptr : chosen.front();
 }
 
@@ -121,52 +140,14 @@ Status CommandLine::ParseAndRun(int argc, const char* const* argv)
     if (argc > 1 && argv[1][0] != '-' && std::none_of(m_actions.begin(), m_actions.end(), isNamed))
         throw Failure(Status::Usage, argv[1], "no such command", "try 'qz --help'");
     try {
-        m_app.parse(argc, argv);
+        m_app->parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return UsageStatus(error);
+        return UsageStatus(error, *m_app, Chosen());
     }
     const Status status = m_actions.at(Chosen())(m_context);
     m_context.Progress({});
     FlushResults();
     return status;
-}
-
-Status CommandLine::UsageStatus(const CLI::ParseError& error)
-{
-    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-        m_app.exit(error);   // prints the help or the version
-        std::cout.flush();
-        FlushResults();
-        return Status::Done;
-    }
-    const CLI::App* command = Chosen();
-    const std::string name = command != nullptr ? "qz " + command->get_name() : "qz";
-    throw Failure(Status::Usage, command != nullptr ? command->get_name() : "", error.what(),
-                  "try '" + name + " --help'");
-}
-
-CLI::Validator Between(double low, double high)
-{
-    std::ostringstream range;
-    range << "[" << low << " - " << high << "]";
-    return {[low, high, text = range.str()](std::string& input) {
-                double value = 0.0;
-                if (CLI::detail::lexical_cast(input, value) && value >= low && value <= high)
-                    return std::string();
-                return input + " is not a number in " + text;
-            },
-            range.str()};
-}
-
-CLI::Validator Finite()
-{
-    return {[](std::string& input) {
-                double value = 0.0;
-                if (CLI::detail::lexical_cast(input, value) && std::isfinite(value))
-                    return std::string();
-                return input + " is not a number";
-            },
-            "NUMBER"};
 }
 
 }   // namespace QZ::Tool

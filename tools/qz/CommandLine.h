@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <CLI/App.hpp>
-#include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
 #include <functional>
 #include <initializer_list>
 #include <map>
+#include <memory>
 #include <string>
 
+#include "tools/qz/Command.h"
 #include "tools/qz/Context.h"
 #include "tools/qz/Failure.h"
 
@@ -26,16 +25,17 @@ public:
     };
 
     CommandLine();
+    ~CommandLine();
 
     /// Adds a command with the options common to all (--quiet, --force, --help).
     /// \param action  runs after the command line was parsed; keep the command's options alive by capturing
     ///                them.
     /// \return  the command, for its own options.
-    CLI::App& Add(const std::string& name, const std::string& summary,
-                  std::initializer_list<Example> examples, Action action);
+    Command Add(const std::string& name, const std::string& summary, std::initializer_list<Example> examples,
+                Action action);
 
     /// Adds --json to a command that measures something.
-    void AddJson(CLI::App& command);
+    void AddJson(Command& command);
 
     /// Parses and runs.
     /// \return  the exit status. Every failure ends here, as one line on standard error.
@@ -43,17 +43,11 @@ public:
 
 private:
     Status ParseAndRun(int argc, const char* const* argv);
-    Status UsageStatus(const CLI::ParseError& error);
     const CLI::App* Chosen() const;
 
-    CLI::App m_app;
+    std::unique_ptr<CLI::App> m_app;
     Context m_context;
     std::map<const CLI::App*, Action> m_actions;
 };
-
-/// A number within [low, high]; NaN is outside.
-[[nodiscard]] CLI::Validator Between(double low, double high);
-/// Any number but NaN and the infinities.
-[[nodiscard]] CLI::Validator Finite();
 
 }   // namespace QZ::Tool

@@ -28,36 +28,36 @@ Status Run(const Options& options, Context& context)
     return Status::Done;
 }
 
-void AddCurves(CLI::App& command, Adjustments& adjustments)
+void AddCurves(Command& command, Adjustments& adjustments)
 {
-    AddNumbers(
-        command, "--hable", 4,
+    command.AddNumbers(
+        "--hable", 4,
         [&adjustments](const std::vector<float>& v) {
             std::copy_n(v.begin(), 4, adjustments.hable.emplace().begin());
         },
         "Filmic curve ((B + A x) x) / ((A x + C) x + D) on linear light: A,B,C,D");
-    AddNumbers(
-        command, "--insomniac", 5,
+    command.AddNumbers(
+        "--insomniac", 5,
         [&adjustments](const std::vector<float>& v) {
             adjustments.insomniac = {v[0], v[1], v[2], v[3], v[4]};
         },
         "Filmic curve of Insomniac Games on linear light: black,toe,crossover,shoulder,white");
-    command.add_flag("--inverse", adjustments.inverse, "Run --insomniac backwards")->needs("--insomniac");
+    command.AddFlag("--inverse", adjustments.inverse, "Run --insomniac backwards").Needs("--insomniac");
 }
 
-void AddMatrices(CLI::App& command, Adjustments& adjustments)
+void AddMatrices(Command& command, Adjustments& adjustments)
 {
     using HueRotation = Adjustments::HueRotation;
-    command.add_option("--hue", adjustments.hueDegrees, "Rotate the hues by so many degrees (0)")
-        ->check(Finite())
-        ->type_name("DEGREES");
+    command.AddOption("--hue", adjustments.hueDegrees, "Rotate the hues by so many degrees (0)")
+        .Finite()
+        .TypeName("DEGREES");
     AddChoice(command, "--rotation", adjustments.rotation,
               {{"yiq", HueRotation::YIQ}, {"luminance", HueRotation::Luminance}, {"axis", HueRotation::Axis}},
               "How: in YIQ, keeping the luminance, or about the grey axis (yiq)");
-    command.add_option("--saturation", adjustments.saturation, "0 is grey, 1 leaves the picture alone (1)")
-        ->check(Finite())
-        ->type_name("X");
-    command.add_flag("--linear", adjustments.linear, "Mix linear light, not encoded values");
+    command.AddOption("--saturation", adjustments.saturation, "0 is grey, 1 leaves the picture alone (1)")
+        .Finite()
+        .TypeName("X");
+    command.AddFlag("--linear", adjustments.linear, "Mix linear light, not encoded values");
     AddIlluminant(command, adjustments.illuminant);
 }
 
@@ -66,7 +66,7 @@ void AddMatrices(CLI::App& command, Adjustments& adjustments)
 void RegisterAdjust(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    Command command = line.Add(
         "adjust",
         "Change the colours of a picture. Whatever the order of the options: curves first, then hue and\n"
         "saturation, the complementary colour, equalising.",
@@ -79,10 +79,10 @@ void RegisterAdjust(CommandLine& line)
     Adjustments& adjustments = options->adjustments;
     AddCurves(command, adjustments);
     AddMatrices(command, adjustments);
-    command.add_flag("--complementary", adjustments.complementary, "The opposite of each hue");
-    command.add_flag("--equalize", adjustments.equalize, "Equalise the histogram of the luma");
-    command.add_flag("--equalize-channels", adjustments.equalizeChannels,
-                     "Equalise red, green and blue, each of its own");
+    command.AddFlag("--complementary", adjustments.complementary, "The opposite of each hue");
+    command.AddFlag("--equalize", adjustments.equalize, "Equalise the histogram of the luma");
+    command.AddFlag("--equalize-channels", adjustments.equalizeChannels,
+                    "Equalise red, green and blue, each of its own");
 }
 
 }   // namespace QZ::Tool

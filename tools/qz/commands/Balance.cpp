@@ -85,7 +85,7 @@ Status Run(const Options& options, Context& context)
 void RegisterBalance(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    Command command = line.Add(
         "balance", "Estimate the light of a picture and take its colour out.",
         {{"qz balance photo.jpg balanced.png", "the mean of the picture becomes grey"},
          {"qz balance photo.jpg balanced.png --method lsrs", "by local surfaces"},
@@ -100,17 +100,17 @@ void RegisterBalance(CommandLine& line)
     AddChoice(command, "--method", balance.method,
               {{"grey-world", Method::GreyWorld}, {"max-gray", Method::MaxGray}, {"lsrs", Method::LSRS}},
               "grey-world (the mean is grey), max-gray (the brightest is) or lsrs (grey-world)");
-    command.add_flag("--large-tiles", balance.largeTiles, "With lsrs: about 3 surfaces instead of 22");
-    AddNumbers(
-        command, "--light", 3,
+    command.AddFlag("--large-tiles", balance.largeTiles, "With lsrs: about 3 surfaces instead of 22");
+    command.AddNumbers(
+        "--light", 3,
         [&balance](const std::vector<float>& rgb) {
             if (std::ranges::any_of(rgb, [](float c) { return c < 0.0f || c > 255.0f; }))
-                throw CLI::ValidationError("--light", "wants numbers from 0 to 255");
+                RefuseValue("--light: wants numbers from 0 to 255");
             balance.light = {rgb[0], rgb[1], rgb[2]};
         },
         "sRGB, 0 to 255, of what should be grey, in place of an estimate: R,G,B");
     AddIlluminant(command, balance.illuminant);
-    command.add_flag("--p3", balance.displayP3, "Write Display P3, with its profile");
+    command.AddFlag("--p3", balance.displayP3, "Write Display P3, with its profile");
 }
 
 }   // namespace QZ::Tool

@@ -22,7 +22,7 @@ Status Run(const Output& out, Context& context)
 void RegisterChromaMap(CommandLine& line)
 {
     const auto out = std::make_shared<Output>();
-    CLI::App& command =
+    Command command =
         line.Add("chroma-map", "Draw the largest chroma that sRGB holds, by lightness and hue in Luv.",
                  {{"qz chroma-map map.png", "the table of the library, with axes"}},
                  [out](Context& context) { return Run(*out, context); });

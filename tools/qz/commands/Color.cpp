@@ -35,7 +35,7 @@ Status Run(const Options& options, const Context& context)
 void RegisterColor(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    Command command = line.Add(
         "color",
         "Show one colour in every space of the library, under D50 and D65.\n"
         "Lab and Luv are a hundredth of their CIE values and hue angles are radians; the hue of HSV is\n"
@@ -44,7 +44,7 @@ void RegisterColor(CommandLine& line)
          {"qz color 'lab(0.6, 0.1, -0.2)' --illuminant d50", "a value of any space"},
          {"qz color 'hsluv(250 80 60)' --json", "for a script"}},
         [options](Context& context) { return Run(*options, context); });
-    command.add_option("VALUE", options->value, "#rrggbb, or space(a, b, c)")->required();
+    command.AddOption("VALUE", options->value, "#rrggbb, or space(a, b, c)").Required();
     AddIlluminant(command, options->white);
     line.AddJson(command);
 }

@@ -70,7 +70,7 @@ Status Run(const Options& options, Context& context)
 void RegisterCompare(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    Command command = line.Add(
         "compare",
         "Count the pixels in which two pictures differ. Exit status 0 when none does, 1 when\n"
         "some do, 2 and above when the pictures could not be compared.",
@@ -78,19 +78,15 @@ void RegisterCompare(CommandLine& line)
          {"qz compare a.png b.png --out differences.png", "and where: red in a faint picture of the first"},
          {"qz compare a.png b.jpg --tolerance 8", "but for small differences"}},
         [options](Context& context) { return Run(*options, context); });
-    command.add_option("A", options->a, "The first picture; - reads standard input")
-        ->required()
-        ->type_name("");
-    command.add_option("B", options->b, "The second picture; - reads standard input")
-        ->required()
-        ->type_name("");
-    command.add_option("-o,--out", options->out.path, "Also draw the differences: .png or .jpg")
-        ->type_name("OUT");
+    command.AddOption("A", options->a, "The first picture; - reads standard input").Required().TypeName("");
+    command.AddOption("B", options->b, "The second picture; - reads standard input").Required().TypeName("");
+    command.AddOption("-o,--out", options->out.path, "Also draw the differences: .png or .jpg")
+        .TypeName("OUT");
     command
-        .add_option("--tolerance", options->tolerance,
-                    "Levels by which each channel of equal pixels may differ, 0 to 255 (0)")
-        ->check(CLI::Range(0, 255).description(""))
-        ->type_name("N");
+        .AddOption("--tolerance", options->tolerance,
+                   "Levels by which each channel of equal pixels may differ, 0 to 255 (0)")
+        .InRange(0, 255)
+        .TypeName("N");
     AddMaxPixels(command, options->limits);
     line.AddJson(command);
 }

@@ -50,7 +50,7 @@ Status Run(const Options& options, Context& context)
 void RegisterDemo(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    Command command =
         line.Add("demo",
                  "Run everything on one picture, and record a movie; the results come into a folder with\n"
                  "a page, index.html.",
@@ -58,9 +58,9 @@ void RegisterDemo(CommandLine& line)
                   {"qz demo shown --image photo.jpg", "on your own"},
                   {"qz demo shown --image photo.jpg --force", "into a folder that holds files already"}},
                  [options](Context& context) { return Run(*options, context); });
-    command.add_option("DIR", options->folder, "The folder: a new or an empty one")->required();
-    command.add_option("--image", options->picture, "A picture of your own; - reads standard input")
-        ->type_name("FILE");
+    command.AddOption("DIR", options->folder, "The folder: a new or an empty one").Required();
+    command.AddOption("--image", options->picture, "A picture of your own; - reads standard input")
+        .TypeName("FILE");
     AddMaxPixels(command, options->limits);
 }
 

@@ -38,7 +38,7 @@ Status Run(const Options& options, Context& context)
 void RegisterHistogram(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    Command command =
         line.Add("histogram", "Plot the greys and hues of a picture: counts, density, weights, hue circle.",
                  {{"qz histogram photo.jpg plots.png", "four plots on one sheet"},
                   {"qz histogram photo.jpg plots.png --grey lightness --space ipt", "other measures"},
@@ -49,19 +49,18 @@ void RegisterHistogram(CommandLine& line)
         {"luminance", CGrayscaleWeightedHistogram::eNonlinearY},
         {"lightness", CGrayscaleWeightedHistogram::eLXX},
         {"alpha", CGrayscaleWeightedHistogram::eFourthChannel}};
-    command.add_option("--grey", options->histogram.from, "Grey: luminance, lightness or alpha (luminance)")
-        ->transform(CLI::CheckedTransformer(sources, CLI::ignore_case).description(""))
-        ->type_name("GREY");
+    AddChoice(command, "--grey", options->histogram.from, sources,
+              "Grey: luminance, lightness or alpha (luminance)")
+        .TypeName("GREY");
     const std::map<std::string, CHueWeightedHistogram::EHueColorSpace> spaces = {
         {"lab", CHueWeightedHistogram::eLab},
         {"luv", CHueWeightedHistogram::eLuv},
         {"ipt", CHueWeightedHistogram::eIPT}};
-    command.add_option("--space", options->histogram.space, "Hue: lab, luv or ipt (luv)")
-        ->transform(CLI::CheckedTransformer(spaces, CLI::ignore_case).description(""))
-        ->type_name("SPACE");
-    command.add_option("--bins", options->histogram.hueBins, "Of the hue circle, 3 to 1441 (121)")
-        ->check(CLI::Range(3, 1441).description(""))
-        ->type_name("N");
+    AddChoice(command, "--space", options->histogram.space, spaces, "Hue: lab, luv or ipt (luv)")
+        .TypeName("SPACE");
+    command.AddOption("--bins", options->histogram.hueBins, "Of the hue circle, 3 to 1441 (121)")
+        .InRange(3, 1441)
+        .TypeName("N");
     AddIlluminant(command, options->histogram.illuminant);
     line.AddJson(command);
 }

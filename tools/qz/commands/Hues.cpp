@@ -58,7 +58,7 @@ Status Run(const Options& options, Context& context)
 void RegisterHues(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    Command command = line.Add(
         "hues", "Repaint a picture in a few hues; lightness stays.",
         {{"qz hues photo.jpg hues.png", "four hues"},
          {"qz hues photo.jpg hues.png --count 8 --min-angle 20", "at most eight, well apart"},
@@ -70,9 +70,9 @@ void RegisterHues(CommandLine& line)
     line.AddJson(command);
     HuesOptions& hues = options->hues;
     using Method = HuesOptions::Method;
-    command.add_option("-n,--count", hues.count, "How many hues at most, 1 to 64 (4)")
-        ->check(CLI::Range(1, 64).description(""))
-        ->type_name("N");
+    command.AddOption("-n,--count", hues.count, "How many hues at most, 1 to 64 (4)")
+        .InRange(1, 64)
+        .TypeName("N");
     AddChoice(command, "--method", hues.method,
               {{"clusters", Method::Clusters}, {"median-cut", Method::MedianCut}},
               "clusters or median-cut (clusters)");
@@ -88,9 +88,9 @@ void RegisterHues(CommandLine& line)
                {"relative", HueQuantizer::eRelativeChroma}},
               "Chroma: direction keeps it, pair multiplies it by the mean of the hue, relative by the hue's "
               "share of the largest chroma, in luv (direction)");
-    command.add_option("--min-angle", hues.minAngle, "Join hues closer than so many degrees (0)")
-        ->check(Between(0, 180))
-        ->type_name("X");
+    command.AddOption("--min-angle", hues.minAngle, "Join hues closer than so many degrees (0)")
+        .Between(0, 180)
+        .TypeName("X");
 }
 
 }   // namespace QZ::Tool

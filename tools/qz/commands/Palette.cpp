@@ -47,29 +47,28 @@ Status Run(const Options& options, Context& context)
 void RegisterPalette(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    Command command =
         line.Add("palette", "List the colours of a picture with their shares, the largest first.",
                  {{"qz palette photo.jpg", "a dozen colours, as text"},
                   {"qz palette photo.jpg --colors 24 --json", "more of them, for a script"},
                   {"qz palette photo.jpg --picture swatches.png", "also as a picture"}},
                  [options](Context& context) { return Run(*options, context); });
     AddInput(command, options->in, options->limits);
-    command.add_option("--picture", options->picture, "Also draw the swatches: .png or .jpg")
-        ->type_name("OUT");
-    command.add_option("--colors", options->palette.count, "At most, 1 to 64 (12)")
-        ->check(CLI::Range(1, 64).description(""))
-        ->type_name("N");
-    command.add_option("--hues", options->palette.hues, "Groups of hue, 1 to 32 (6)")
-        ->check(CLI::Range(1, 32).description(""))
-        ->type_name("N");
-    command.add_option("--tones", options->palette.tones, "Tones in a group, 1 to 16 (3)")
-        ->check(CLI::Range(1, 16).description(""))
-        ->type_name("N");
+    command.AddOption("--picture", options->picture, "Also draw the swatches: .png or .jpg").TypeName("OUT");
+    command.AddOption("--colors", options->palette.count, "At most, 1 to 64 (12)")
+        .InRange(1, 64)
+        .TypeName("N");
+    command.AddOption("--hues", options->palette.hues, "Groups of hue, 1 to 32 (6)")
+        .InRange(1, 32)
+        .TypeName("N");
+    command.AddOption("--tones", options->palette.tones, "Tones in a group, 1 to 16 (3)")
+        .InRange(1, 16)
+        .TypeName("N");
     command
-        .add_option("--saturation", options->palette.saturation,
-                    "What is less saturated is grey, 0 to 1 (0.3)")
-        ->check(Between(0.0, 1.0))
-        ->type_name("S");
+        .AddOption("--saturation", options->palette.saturation,
+                   "What is less saturated is grey, 0 to 1 (0.3)")
+        .Between(0.0, 1.0)
+        .TypeName("S");
     AddIlluminant(command, options->palette.illuminant);
     line.AddJson(command);
 }

@@ -17,8 +17,8 @@ namespace QZ::Tool {
 
 /// An option that takes one of a few names.
 template <class T>
-void AddChoice(CLI::App& command, const std::string& option, T& value,
-               const std::map<std::string, std::type_identity_t<T>>& names, const std::string& text)
+Option AddChoice(Command& command, const std::string& option, T& value,
+                 const std::map<std::string, std::type_identity_t<T>>& names, const std::string& text)
 {
     const auto choose = [&value, names](const std::string& word) {
         const auto found = names.find(word);
@@ -26,28 +26,24 @@ void AddChoice(CLI::App& command, const std::string& option, T& value,
             std::string list;
             for (const auto& [name, ignored] : names)
                 list += (list.empty() ? "" : ", ") + name;
-            throw CLI::ValidationError(word + " is not one of " + list);
+            RefuseValue(word + " is not one of " + list);
         }
         value = found->second;
     };
-    command.add_option_function<std::string>(option, choose, text)->type_name("NAME");
+    return command.AddText(option, choose, text).TypeName("NAME");
 }
 
-/// An option that takes as many numbers, parted by commas: "0.5,1,2".
-void AddNumbers(CLI::App& command, const std::string& option, std::size_t count,
-                const std::function<void(const std::vector<float>&)>& take, const std::string& text);
-
 /// --max-pixels.
-void AddMaxPixels(CLI::App& command, Limits& limits);
+void AddMaxPixels(Command& command, Limits& limits);
 
 /// The operand IN and the options of reading: --max-pixels.
-void AddInput(CLI::App& command, std::string& path, Limits& limits);
+void AddInput(Command& command, std::string& path, Limits& limits);
 
 /// The operand OUT and the options of writing: --format, --quality.
-void AddOutput(CLI::App& command, Output& output);
+void AddOutput(Command& command, Output& output);
 
 /// --illuminant d50|d65.
-void AddIlluminant(CLI::App& command, Foundation::CColor::EIlluminant& illuminant);
+void AddIlluminant(Command& command, Foundation::CColor::EIlluminant& illuminant);
 
 /// What most commands are: one picture in, one picture out.
 struct PictureToPicture {
@@ -55,7 +51,7 @@ struct PictureToPicture {
     Output out;
     Limits limits;
 
-    void AddTo(CLI::App& command);
+    void AddTo(Command& command);
     /// Checks the output, then reads the input.
     [[nodiscard]] Image Read(Context& context) const;
     void Write(const Image& image, const Context& context) const { WriteImage(image, out, context); }
@@ -65,7 +61,7 @@ struct PictureToPicture {
 struct PictureOrMovie : PictureToPicture {
     MovieEncoding encoding;
 
-    void AddTo(CLI::App& command);
+    void AddTo(Command& command);
 
     /// Whether a movie is asked for: OUT ends in .mov.
     [[nodiscard]] bool IsMovie() const { return IsMovieName(out.path) && !out.format; }

@@ -80,7 +80,7 @@ Status Run(const Options& options, Context& context)
 void RegisterPosterize(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    Command command = line.Add(
         "posterize", "Reduce a picture to a few greys for each of its hues, which so stay apart.",
         {{"qz posterize photo.jpg poster.png", "four groups of hue and one of little colour"},
          {"qz posterize photo.jpg poster.png --hues 6 --greys 2", "more groups, fewer greys in each"},
@@ -90,27 +90,27 @@ void RegisterPosterize(CommandLine& line)
     options->files.AddTo(command);
     line.AddJson(command);
     PosterizeOptions& posterize = options->posterize;
-    command.add_option("--palette", options->palette.path, "Also draw the tones: .png or .jpg")
-        ->type_name("OUT");
-    command.add_option("--hues", posterize.hues, "Groups of hue at most, 1 to 32 (4)")
-        ->check(CLI::Range(1, 32).description(""))
-        ->type_name("N");
-    command.add_option("--greys", posterize.greys, "Greys of each group at most, 1 to 32 (3)")
-        ->check(CLI::Range(1, 32).description(""))
-        ->type_name("N");
+    command.AddOption("--palette", options->palette.path, "Also draw the tones: .png or .jpg")
+        .TypeName("OUT");
+    command.AddOption("--hues", posterize.hues, "Groups of hue at most, 1 to 32 (4)")
+        .InRange(1, 32)
+        .TypeName("N");
+    command.AddOption("--greys", posterize.greys, "Greys of each group at most, 1 to 32 (3)")
+        .InRange(1, 32)
+        .TypeName("N");
     command
-        .add_option("--saturation", posterize.saturation,
-                    "What is less saturated belongs to no hue, 0 to 1 (0.5)")
-        ->check(Between(0, 1))
-        ->type_name("S");
-    command.add_option("--min-angle", posterize.minAngle, "Join hues closer than so many degrees (0)")
-        ->check(Between(0, 180))
-        ->type_name("X");
+        .AddOption("--saturation", posterize.saturation,
+                   "What is less saturated belongs to no hue, 0 to 1 (0.5)")
+        .Between(0, 1)
+        .TypeName("S");
+    command.AddOption("--min-angle", posterize.minAngle, "Join hues closer than so many degrees (0)")
+        .Between(0, 180)
+        .TypeName("X");
     command
-        .add_option("--min-gap", posterize.minGap,
-                    "Merge greys of a group that differ by at most so many levels (0)")
-        ->check(Between(0, 255))
-        ->type_name("N");
+        .AddOption("--min-gap", posterize.minGap,
+                   "Merge greys of a group that differ by at most so many levels (0)")
+        .Between(0, 255)
+        .TypeName("N");
     AddIlluminant(command, posterize.illuminant);
     AddToneCurve(command, posterize.curve);
 }

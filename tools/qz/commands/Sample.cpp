@@ -29,15 +29,14 @@ Status Run(const Options& options, Context& context)
 void RegisterSample(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
-        line.Add("sample", "Render the sample picture, where no photograph is at hand.",
-                 {{"qz sample fruit.png", "a bowl of fruit by a window"},
-                  {"qz sample - --width 300 | qz palette -", "straight into another command"}},
-                 [options](Context& context) { return Run(*options, context); });
+    Command command = line.Add("sample", "Render the sample picture, where no photograph is at hand.",
+                               {{"qz sample fruit.png", "a bowl of fruit by a window"},
+                                {"qz sample - --width 300 | qz palette -", "straight into another command"}},
+                               [options](Context& context) { return Run(*options, context); });
     AddOutput(command, options->out);
-    command.add_option("--width", options->width, "In pixels, 16 to 8192 (900); the height is two thirds")
-        ->check(CLI::Range(16, 8192).description(""))
-        ->type_name("N");
+    command.AddOption("--width", options->width, "In pixels, 16 to 8192 (900); the height is two thirds")
+        .InRange(16, 8192)
+        .TypeName("N");
 }
 
 }   // namespace QZ::Tool

@@ -54,7 +54,7 @@ Status Run(const Options& options, const Context& context)
 void RegisterSelftest(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    Command command =
         line.Add("selftest",
                  "Check that this machine computes the same bits as every other.\n"
                  "Hashes the results of every conversion and every analysis over fixed inputs, on\n"
@@ -63,7 +63,7 @@ void RegisterSelftest(CommandLine& line)
                  {{"qz selftest", "0 lines differ, or the names of those that do"},
                   {"qz selftest --list >expected.txt", "the list of this machine"}},
                  [options](Context& context) { return Run(*options, context); });
-    command.add_flag("--list", options->list, "Print the list instead of comparing it");
+    command.AddFlag("--list", options->list, "Print the list instead of comparing it");
     line.AddJson(command);
 }
 

@@ -42,26 +42,25 @@ Status Run(const Options& options, Context& context)
 void RegisterThreeTone(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
-        line.Add("three-tone", "Reduce a picture to black, one grey and white.",
-                 {{"qz three-tone photo.jpg three.png", "shadow, mid tone, highlight"},
-                  {"qz three-tone photo.jpg three.png --tone-exponent 0.8", "a lighter grey"},
-                  {"qz three-tone photo.jpg three.png --threshold-exponent 1.5", "less black"}},
-                 [options](Context& context) { return Run(*options, context); });
+    Command command = line.Add("three-tone", "Reduce a picture to black, one grey and white.",
+                               {{"qz three-tone photo.jpg three.png", "shadow, mid tone, highlight"},
+                                {"qz three-tone photo.jpg three.png --tone-exponent 0.8", "a lighter grey"},
+                                {"qz three-tone photo.jpg three.png --threshold-exponent 1.5", "less black"}},
+                               [options](Context& context) { return Run(*options, context); });
     options->files.AddTo(command);
     line.AddJson(command);
     ThreeToneOptions& tones = options->tones;
     command
-        .add_option("-n,--count", tones.clusters,
-                    "Clusters of levels, 2 to 5 (4); the middle ones are the grey")
-        ->check(CLI::Range(2, 5).description(""))
-        ->type_name("N");
-    command.add_option("--threshold-exponent", tones.thresholdExponent, "Power of both thresholds (1)")
-        ->check(Between(0.01, 100))
-        ->type_name("X");
-    command.add_option("--tone-exponent", tones.toneExponent, "Power of the grey (1)")
-        ->check(Between(0.01, 100))
-        ->type_name("X");
+        .AddOption("-n,--count", tones.clusters,
+                   "Clusters of levels, 2 to 5 (4); the middle ones are the grey")
+        .InRange(2, 5)
+        .TypeName("N");
+    command.AddOption("--threshold-exponent", tones.thresholdExponent, "Power of both thresholds (1)")
+        .Between(0.01, 100)
+        .TypeName("X");
+    command.AddOption("--tone-exponent", tones.toneExponent, "Power of the grey (1)")
+        .Between(0.01, 100)
+        .TypeName("X");
     AddGreyChoice(command, tones.grey);
     AddToneCurve(command, tones.curve);
 }

@@ -50,14 +50,14 @@ Status Run(const Options& options, Context& context)
 void RegisterThreshold(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add("threshold", "Make a picture black and white by Otsu's threshold.",
-                                 {{"qz threshold page.jpg page.png", "dark is black, light is white"},
-                                  {"qz threshold page.jpg mask.png --invert", "dark is white"},
-                                  {"qz threshold page.jpg page.png --json", "the threshold for a script"}},
-                                 [options](Context& context) { return Run(*options, context); });
+    Command command = line.Add("threshold", "Make a picture black and white by Otsu's threshold.",
+                               {{"qz threshold page.jpg page.png", "dark is black, light is white"},
+                                {"qz threshold page.jpg mask.png --invert", "dark is white"},
+                                {"qz threshold page.jpg page.png --json", "the threshold for a script"}},
+                               [options](Context& context) { return Run(*options, context); });
     options->files.AddTo(command);
     line.AddJson(command);
-    command.add_flag("--invert", options->threshold.invert, "Make the dark white");
+    command.AddFlag("--invert", options->threshold.invert, "Make the dark white");
     AddGreyChoice(command, options->threshold.grey);
 }
 

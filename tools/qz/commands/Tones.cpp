@@ -62,7 +62,7 @@ Status Run(const Options& options, Context& context)
 void RegisterTones(CommandLine& line)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    Command command =
         line.Add("tones", "Reduce a picture to a few greys.",
                  {{"qz tones photo.jpg tones.png", "four tones"},
                   {"qz tones photo.jpg tones.png --count 6 --min-gap 12", "at most six, well apart"},
@@ -75,26 +75,26 @@ void RegisterTones(CommandLine& line)
     TonesOptions& tones = options->tones;
     using Method = TonesOptions::Method;
     command
-        .add_option("-n,--count", tones.count,
-                    "How many tones, 1 to 256 (4); a picture has at most its levels")
-        ->check(CLI::Range(1, 256).description(""))
-        ->type_name("N");
+        .AddOption("-n,--count", tones.count,
+                   "How many tones, 1 to 256 (4); a picture has at most its levels")
+        .InRange(1, 256)
+        .TypeName("N");
     AddChoice(command, "--method", tones.method,
               {{"hierarchical", Method::Hierarchical}, {"median-cut", Method::MedianCut}},
               "hierarchical or median-cut (hierarchical)");
-    command.add_option("--min-gap", tones.minGap, "Merge tones that differ by at most so many levels (0)")
-        ->check(Between(0, 255))
-        ->type_name("N");
+    command.AddOption("--min-gap", tones.minGap, "Merge tones that differ by at most so many levels (0)")
+        .Between(0, 255)
+        .TypeName("N");
     AddGreyChoice(command, tones.grey);
     AddToneCurve(command, tones.curve);
-    command.add_option("--highlights", tones.highlights, "Bend the highlights, above 0 and below 1 (1: off)")
-        ->check(Between(0.001, 1))
-        ->type_name("X")
-        ->group("Tone curve");
-    command.add_option("--highlights-band", tones.highlightsBand, "Width of that band (0.85)")
-        ->check(Between(0.001, 0.999))
-        ->type_name("X")
-        ->group("Tone curve");
+    command.AddOption("--highlights", tones.highlights, "Bend the highlights, above 0 and below 1 (1: off)")
+        .Between(0.001, 1)
+        .TypeName("X")
+        .Group("Tone curve");
+    command.AddOption("--highlights-band", tones.highlightsBand, "Width of that band (0.85)")
+        .Between(0.001, 0.999)
+        .TypeName("X")
+        .Group("Tone curve");
 }
 
 }   // namespace QZ::Tool

@@ -25,16 +25,16 @@ void CheckMovieOutput(const std::string& path, bool force)
     CheckOutput(path, force);
 }
 
-void AddMovieEncoding(CLI::App& command, MovieEncoding& encoding, const std::string& defaultCodec)
+void AddMovieEncoding(Command& command, MovieEncoding& encoding, const std::string& defaultCodec)
 {
-    command.add_option("--codec", encoding.codec, "Of a movie: h264, hevc or prores (" + defaultCodec + ")")
-        ->check(CLI::IsMember({"h264", "hevc", "prores"}).description(""))
-        ->type_name("NAME");
+    command.AddOption("--codec", encoding.codec, "Of a movie: h264, hevc or prores (" + defaultCodec + ")")
+        .OneOf({"h264", "hevc", "prores"})
+        .TypeName("NAME");
     command
-        .add_option("--bit-rate", encoding.bitRate,
-                    "Of a movie, times 0.617 bits for each pixel; ProRes has its own (1)")
-        ->check(Between(0.01, 100))
-        ->type_name("X");
+        .AddOption("--bit-rate", encoding.bitRate,
+                   "Of a movie, times 0.617 bits for each pixel; ProRes has its own (1)")
+        .Between(0.01, 100)
+        .TypeName("X");
 }
 
 }   // namespace QZ::Tool

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "tools/qz/CommandLine.h"
+#include "tools/qz/Command.h"
 
 namespace QZ::Tool {
 
@@ -23,6 +23,6 @@ void CheckMovieOutput(const std::string& path, bool force);
 
 /// --codec and --bit-rate. \param defaultCodec  what the help calls the codec that is taken without the
 /// option
-void AddMovieEncoding(CLI::App& command, MovieEncoding& encoding, const std::string& defaultCodec);
+void AddMovieEncoding(Command& command, MovieEncoding& encoding, const std::string& defaultCodec);
 
 }   // namespace QZ::Tool
