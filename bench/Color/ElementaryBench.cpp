@@ -59,7 +59,10 @@ bool RegisterLanes()
     Register("Pow0.41666666" + target, LanesOf<[](Lane x) { return Pow<Exponent::k0_41666666>(x); }>);
     Register("Cube" + target, LanesOf<[](Lane x) { return Pow<Exponent::k3>(x); }>);
     Register("Exp" + target, LanesOf<[](Lane x) { return Exp(x); }>);
-    Register("Sin" + target, LanesOf<[](Lane x) { return Sin(x); }>);
+    Register("SinCos" + target, LanesOf<[](Lane x) {
+                 const auto [sine, cosine] = SinCos(x * 3.0f);
+                 return sine + cosine;
+             }>);
     Register("Atan2" + target, LanesOf<[](Lane x) { return Atan2(x, Lane(0.3f)); }>);
     return true;
 }
@@ -81,8 +84,11 @@ namespace QZ::Foundation::QZ_TARGET {
     Register("Cube/C", SinglesOf<[](float x) { return std::pow(x, 3.0f); }>);
     Register("Exp/single", SinglesOf<[](float x) { return Exp(x); }>);
     Register("Exp/C", SinglesOf<[](float x) { return std::exp(x); }>);
-    Register("Sin/single", SinglesOf<[](float x) { return Sin(x); }>);
-    Register("Sin/C", SinglesOf<[](float x) { return std::sin(x); }>);
+    Register("SinCos/single", SinglesOf<[](float x) {
+                 const auto [sine, cosine] = SinCos(x * 3.0f);
+                 return sine + cosine;
+             }>);
+    Register("SinCos/C", SinglesOf<[](float x) { return std::sin(x * 3.0f) + std::cos(x * 3.0f); }>);
     Register("Atan2/single", SinglesOf<[](float x) { return Atan2(x, 0.3f); }>);
     Register("Atan2/C", SinglesOf<[](float x) { return std::atan2(x, 0.3f); }>);
     return true;

@@ -36,8 +36,8 @@ HWY_INLINE void EveryFunction(F x, F y, F (&results)[kFunctionCount])
     results[10] = Pow<Exponent::k1_961>(x);
     results[11] = Pow<Exponent::k0_5099439>(x);
     results[12] = Exp(x);
-    results[13] = Sin(x);
-    results[14] = Cos(x);
+    results[13] = SinCos(x).sine;
+    results[14] = SinCos(x).cosine;
     results[15] = Atan2(y, x);
 }
 

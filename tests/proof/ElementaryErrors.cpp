@@ -212,8 +212,12 @@ std::vector<Function> Functions()
         Of<float>("Exp2 of a float", elementary::Exp2, mpfr_exp2, ExponentOf2, smallExponents),
         Of<float>("Log of a float", elementary::Log, mpfr_log, PositiveFloat,
                   {1.0f, 0x1.000002p0f, 0x1.fffffep-1f, 0x1.6a09e6p-1f, 0x1.6a09e8p-1f, 0x1p-149f}),
-        Of<float>("Sin of a float", elementary::Sin<float>, mpfr_sin, AngleOf<float>, HardAngles<float>()),
-        Of<float>("Cos of a float", elementary::Cos<float>, mpfr_cos, AngleOf<float>, HardAngles<float>()),
+        Of<float>(
+            "Sin of a float", [](float x) { return elementary::SinCos(x).sine; }, mpfr_sin, AngleOf<float>,
+            HardAngles<float>()),
+        Of<float>(
+            "Cos of a float", [](float x) { return elementary::SinCos(x).cosine; }, mpfr_cos, AngleOf<float>,
+            HardAngles<float>()),
         OfPoint<float>("Atan2 of floats", elementary::Atan2<float>),
         OfPower("Pow of doubles, 1 / 3", 0.3333333333333333),
         OfPower("Pow of doubles, 1 / 2.4", 0.4166666666666667),

@@ -96,8 +96,7 @@ void CColor::HaeberliHueRotationMatrix(bool luma, bool extendedRange, EIlluminan
 
 void CColor::YIQHueRotation(float angle, Matrix& out)
 {
-    const float s = formula::Sin(angle);
-    const float c = formula::Cos(angle);
+    const auto [s, c] = formula::SinCos(angle);
     const Matrix toYIQ(0.299f, 0.587f, 0.114f, 0.596f, -0.274f, -0.321f, 0.211f, -0.523f, 0.311f);
     const Matrix rotation(1.0f, 0.0f, 0.0f, 0.0f, c, s, 0.0f, -s, c);
     const Matrix fromYIQ(1.0f, 0.956f, 0.621f, 1.0f, -0.272f, -0.647f, 1.0f, -1.107f, 1.705f);

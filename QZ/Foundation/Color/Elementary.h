@@ -21,6 +21,7 @@
 #include "QZ/Foundation/Color/ElementaryTables.h"
 #include "QZ/Foundation/Color/Exponent.h"
 #include "QZ/Foundation/Color/LaneTriple.h"
+#include "QZ/Foundation/Color/PowerFactors.h"
 #include "QZ/Foundation/Color/Wide.h"
 #if HWY_TARGET != HWY_SCALAR
 #include "QZ/Foundation/Color/WideLane.h"
@@ -79,34 +80,22 @@ HWY_INLINE W PolynomialBy(const double (&c)[n], W x)
         return LoosePolynomial(c, x);
 }
 
-/// The factors of the intervals for numbers from 2^-15 to 2, which share an entry of binaryHigh.
-struct UnitIntervals {
-    double factors[16];
-
-    constexpr explicit UnitIntervals(const ElementaryTables::Power& power) : factors()
-    {
-        for (int i = 0; i < 16; ++i)
-            factors[i] = power.intervals[i] * power.binaryHigh[7];
-    }
-};
-
 /// |x|^exponent for a normal x, of isUnit from 2^-15 to 2, to 2^-44.1: 2^-44.2 from the polynomial, and ten
 /// roundings of 2^-53.
 template <Exponent exponent, bool isUnit, class F>
 HWY_INLINE auto PowInDouble(F x)
 {
-    constexpr const ElementaryTables::Power& power = ElementaryTables::kPowers[static_cast<int>(exponent)];
-    static constexpr UnitIntervals kUnitIntervals(power);
+    using Factors = PowerFactors<exponent>;
     using W = decltype(Widen(x));
     const auto narrowCell = CellOf(x);
     const auto cell = Widen(narrowCell);
     const W t = TimesEntryLess1(Mantissa(x), ElementaryTables::kReciprocals, narrowCell);
-    W scale = Lookup(isUnit ? kUnitIntervals.factors : power.intervals, cell) *
-              Lookup(power.binaryLow, ShiftRight<4>(cell));
+    W scale = Lookup(isUnit ? Factors::unitIntervals : Factors::intervals, cell) *
+              Lookup(Factors::binaryLow, ShiftRight<4>(cell));
     if constexpr (!isUnit)
-        scale = scale * Lookup(power.binaryHigh, ShiftRight<8>(cell));
+        scale = scale * Lookup(Factors::binaryHigh, ShiftRight<8>(cell));
 
-    return LoosePolynomial(power.polynomial, t) * scale;
+    return LoosePolynomial(Factors::power.polynomial, t) * scale;
 }
 
 /// What PowInDouble() may err by, relatively.
@@ -184,31 +173,31 @@ HWY_NOINLINE F ExpOfAny(F x)
 {
     return Narrow(ExpInDouble<Way::Strict>(x));
 }
-template <class F>
-HWY_INLINE auto QuickExp(F x)
-{
-    return ExpInDouble<Way::Loose>(x);
-}
-/// For one value a table of 2^(i / 32) is at hand: five terms of the series, which err by less than 2^-48.
-HWY_INLINE double QuickExp(float x)
-{
-    constexpr double kSeries[] = {1.0, 1.0, 1.0 / 2.0, 1.0 / 6.0, 1.0 / 24.0, 1.0 / 120.0};
-    const double wide = Widen(Select(x > 89.0f, 89.0f, Select(x < -104.0f, -104.0f, x)));
-    const auto n = RoundToInteger(wide * (32.0 / ElementaryTables::kLn2.high));
-    const double r = (wide - n.value * (ElementaryTables::kLn2Parts[0] / 32.0)) -
-                     n.value * (ElementaryTables::kLn2Parts[1] / 32.0);
-    const auto steps = static_cast<std::int32_t>(std::bit_cast<std::uint64_t>(n.shifted));
-    const auto exponent = static_cast<std::uint64_t>((steps >> 5) + 1023) << 52;
-    return LoosePolynomial(kSeries, r) *
-           (Math::Detail::kExp2[steps & 31].high * std::bit_cast<double>(exponent));
-}
 /// e^x.
 template <class F>
 HWY_INLINE F Exp(F x)
 {
-    const auto quick = QuickExp(x);
+    const auto quick = ExpInDouble<Way::Loose>(x);
     const auto isOpen = Or(Not(Abs(x) <= 87.0f), AreNearMidpoint(quick));
     return HWY_LIKELY(NoneTrue(isOpen)) ? Narrow(quick) : ExpOfAny(x);
+}
+/// For one value a table of 2^(i / 32) is at hand: five terms of the series, which err by less than 2^-48.
+HWY_INLINE float Exp(float x)
+{
+    constexpr double kSeries[] = {1.0, 1.0, 1.0 / 2.0, 1.0 / 6.0, 1.0 / 24.0, 1.0 / 120.0};
+    if (HWY_LIKELY(Abs(x) <= 87.0f)) {
+        const double wide = Widen(x);
+        const auto n = RoundToInteger(wide * (32.0 / ElementaryTables::kLn2.high));
+        const double r = (wide - n.value * (ElementaryTables::kLn2Parts[0] / 32.0)) -
+                         n.value * (ElementaryTables::kLn2Parts[1] / 32.0);
+        const auto steps = std::bit_cast<std::uint64_t>(n.shifted);
+        const auto power = std::bit_cast<std::uint64_t>(Math::Detail::kExp2[steps & 31].high);
+        const double quick =
+            LoosePolynomial(kSeries, r) * std::bit_cast<double>(power + ((steps >> 5) << 52));
+        if (HWY_LIKELY(!AreNearMidpoint(quick)))
+            return Narrow(quick);
+    }
+    return ExpOfAny(x);
 }
 
 /// 2^x.
@@ -236,9 +225,15 @@ HWY_INLINE float Log(float x)
     return Narrow(static_cast<double>(k) * ElementaryTables::kLn2.high + logOfMantissa);
 }
 
-/// sin(x + quarterTurns pi / 2) in double for |x| below 2^21.
+template <class W>
+struct SineAndCosine {
+    W sine;
+    W cosine;
+};
+
+/// Both in double for |x| below 2^21.
 template <Way way, class F>
-HWY_INLINE auto SinOfModerate(F x, int quarterTurns)
+HWY_INLINE auto SinCosOfModerate(F x)
 {
     const auto wide = Widen(x);
     using W = decltype(Widen(x));
@@ -249,41 +244,37 @@ HWY_INLINE auto SinOfModerate(F x, int quarterTurns)
     const W r2 = r * r;
     const W sine = r * PolynomialBy<way>(ElementaryTables::kSin, r2);
     const W cosine = PolynomialBy<way>(ElementaryTables::kCos, r2);
-    const auto turned = RoundToInteger(n.value + W(static_cast<double>(quarterTurns)));
-    const W value = Select(HasBit(turned, 1), cosine, sine);
-    return Select(HasBit(turned, 2), -value, value);
+
+    const auto next = RoundToInteger(n.value + W(1.0));   // the cosine is the sine a quarter turn further
+    return SineAndCosine<W>{NegateWhere<1>(n, SelectOdd(n, cosine, sine)),
+                            NegateWhere<1>(next, SelectOdd(n, sine, cosine))};
 }
 
 inline constexpr float kModerate = 2097152.0f;   // 2^21
 
 template <class F>
-HWY_NOINLINE F SinOfAny(F x)
+HWY_NOINLINE SineAndCosine<F> SinCosOfAny(F x)
 {
-    const F sine = Select(x == 0.0f, x, Narrow(SinOfModerate<Way::Strict>(x, 0)));
-    return ReplaceWhere(Abs(x) >= kModerate, x, sine,
-                        [](float angle) { return Narrow(Double::Sin(Widen(angle))); });
-}
-template <class F>
-HWY_NOINLINE F CosOfAny(F x)
-{
-    return ReplaceWhere(Abs(x) >= kModerate, x, Narrow(SinOfModerate<Way::Strict>(x, 1)),
-                        [](float angle) { return Narrow(Double::Cos(Widen(angle))); });
+    const auto moderate = SinCosOfModerate<Way::Strict>(x);
+    const F sine = Select(x == 0.0f, x, Narrow(moderate.sine));
+    const auto isLarge = Abs(x) >= kModerate;
+    return {
+        ReplaceWhere(isLarge, x, sine, [](float angle) { return Narrow(Double::Sin(Widen(angle))); }),
+        ReplaceWhere(isLarge, x, Narrow(moderate.cosine),
+                     [](float angle) { return Narrow(Double::Cos(Widen(angle))); }),
+    };
 }
 
-/// Sine and cosine of what is neither tiny nor large are far from subnormal.
+/// Sine and cosine. Of what is neither tiny nor large they are far from subnormal.
 template <class F>
-HWY_INLINE F Sin(F x)
+HWY_INLINE SineAndCosine<F> SinCos(F x)
 {
-    const auto quick = SinOfModerate<Way::Loose>(x, 0);
+    const auto quick = SinCosOfModerate<Way::Loose>(x);
     const auto isOrdinary = And(Abs(x) >= 0x1p-60f, Abs(x) < kModerate);
-    return HWY_LIKELY(NoneTrue(Or(Not(isOrdinary), AreNearMidpoint(quick)))) ? Narrow(quick) : SinOfAny(x);
-}
-template <class F>
-HWY_INLINE F Cos(F x)
-{
-    const auto quick = SinOfModerate<Way::Loose>(x, 1);
-    return HWY_LIKELY(NoneTrue(Or(Not(Abs(x) < kModerate), AreNearMidpoint(quick)))) ? Narrow(quick)
-                                                                                     : CosOfAny(x);
+    const auto isNear = Or(AreNearMidpoint(quick.sine), AreNearMidpoint(quick.cosine));
+    if (HWY_LIKELY(NoneTrue(Or(Not(isOrdinary), isNear))))
+        return {Narrow(quick.sine), Narrow(quick.cosine)};
+    return SinCosOfAny(x);
 }
 
 /// The magnitude of atan2 in double, but for NaN.
@@ -344,13 +335,10 @@ HWY_INLINE Lane Exp(Lane x)
 {
     return Exp(hn::GetLane(x.vector));
 }
-HWY_INLINE Lane Sin(Lane x)
+HWY_INLINE SineAndCosine<Lane> SinCos(Lane x)
 {
-    return Sin(hn::GetLane(x.vector));
-}
-HWY_INLINE Lane Cos(Lane x)
-{
-    return Cos(hn::GetLane(x.vector));
+    const auto [sine, cosine] = SinCos(hn::GetLane(x.vector));
+    return {sine, cosine};
 }
 HWY_INLINE Lane Atan2(Lane y, Lane x)
 {

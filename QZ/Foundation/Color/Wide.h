@@ -14,6 +14,7 @@
 #include <cstdint>
 
 #include "QZ/Foundation/Color/Lane.h"
+#include "QZ/Foundation/Color/PowerFactors.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
@@ -52,9 +53,9 @@ HWY_INLINE float Mantissa(float x)
 }
 
 /// The entry at the low four bits of an index.
-HWY_INLINE double Lookup(const double (&table)[16], std::uint64_t index)
+HWY_INLINE double Lookup(const LookupTable& table, std::uint64_t index)
 {
-    return table[index & 15];
+    return table.entries[index & 15];
 }
 
 /// x * table[cell & 15] - 1 for what makes it a float.
@@ -101,10 +102,18 @@ HWY_INLINE double PowerOf2(Rounded<double> n)
     return std::bit_cast<double>((std::bit_cast<std::uint64_t>(n.shifted) + 1023u) << 52);
 }
 
-/// Whether the bit of that value is set in the integer.
-HWY_INLINE bool HasBit(Rounded<double> n, std::uint64_t bit)
+/// a where the integer is odd, b elsewhere.
+HWY_INLINE double SelectOdd(Rounded<double> n, double a, double b)
 {
-    return (std::bit_cast<std::uint64_t>(n.shifted) & bit) != 0;
+    return (std::bit_cast<std::uint64_t>(n.shifted) & 1) != 0 ? a : b;
+}
+
+/// x, its sign changed where that bit of the integer is set.
+template <int bit>
+HWY_INLINE double NegateWhere(Rounded<double> n, double x)
+{
+    const std::uint64_t sign = (std::bit_cast<std::uint64_t>(n.shifted) >> bit) << 63;
+    return std::bit_cast<double>(std::bit_cast<std::uint64_t>(x) ^ sign);
 }
 
 /// The mask of floats for a selection of doubles.

@@ -49,6 +49,9 @@ HWY_INLINE WideLane operator-(WideLane a)
     return {hn::Neg(a.lower), hn::Neg(a.upper)};
 }
 
+/// The bits of doubles.
+using WideBits = hn::RebindToUnsigned<WideLane::Tag>;
+
 /// A truth value for each double.
 struct WideMask {
     hn::Mask<WideLane::Tag> lower;
@@ -58,20 +61,6 @@ struct WideMask {
 HWY_INLINE WideMask operator>(WideLane a, WideLane b)
 {
     return {hn::Gt(a.lower, b.lower), hn::Gt(a.upper, b.upper)};
-}
-
-/// The bits of floats, each as wide as a double's.
-struct WideBits {
-    using Tag = hn::RebindToUnsigned<WideLane::Tag>;
-
-    hn::Vec<Tag> lower;
-    hn::Vec<Tag> upper;
-};
-
-template <int bits>
-HWY_INLINE WideBits ShiftRight(WideBits x)
-{
-    return {hn::ShiftRight<bits>(x.lower), hn::ShiftRight<bits>(x.upper)};
 }
 
 HWY_INLINE WideLane Widen(Lane x)
@@ -97,13 +86,6 @@ HWY_INLINE LaneCells CellOf(Lane x)
 {
     return {hn::ShiftRight<19>(hn::BitCast(hn::RebindToUnsigned<Lane::Tag>(), x.vector))};
 }
-HWY_INLINE WideBits Widen(LaneCells cells)
-{
-    const hn::Half<hn::RebindToUnsigned<Lane::Tag>> half;
-    return {hn::PromoteTo(WideBits::Tag(), hn::LowerHalf(half, cells.bits)),
-            hn::PromoteTo(WideBits::Tag(), hn::UpperHalf(half, cells.bits))};
-}
-
 HWY_INLINE Lane Mantissa(Lane x)
 {
     const hn::RebindToUnsigned<Lane::Tag> tag;
@@ -111,25 +93,78 @@ HWY_INLINE Lane Mantissa(Lane x)
     return hn::BitCast(Lane::Tag(), hn::Or(fraction, hn::Set(tag, 0x3f800000u)));
 }
 
-HWY_INLINE WideLane::Vector Lookup(const double (&table)[16], hn::Vec<WideBits::Tag> index)
+#if HWY_ARCH_X86 && HWY_TARGET == HWY_AVX2
+
+/// Indices into a LookupTable. There are permutations of eight words, which beat gathers.
+struct WideCells {
+    __m256i words;   ///< so ordered that the halves of the entries interleave to both vectors of doubles
+};
+
+HWY_INLINE WideCells Widen(LaneCells cells)
+{
+    return {_mm256_permute4x64_epi64(cells.bits.raw, 0xd8)};
+}
+template <int bits>
+HWY_INLINE WideCells ShiftRight(WideCells cells)
+{
+    return {_mm256_srli_epi32(cells.words, bits)};
+}
+
+HWY_INLINE __m256 LookupWord(const std::uint32_t (&table)[16], __m256i index)
+{
+    const auto half = [&](const std::uint32_t* words) HWY_ATTR {
+        return _mm256_permutevar8x32_ps(_mm256_loadu_ps(reinterpret_cast<const float*>(words)), index);
+    };
+    return _mm256_blendv_ps(half(table), half(table + 8), _mm256_castsi256_ps(_mm256_slli_epi32(index, 28)));
+}
+HWY_INLINE WideLane Lookup(const LookupTable& table, WideCells cells)
+{
+    const __m256 low = LookupWord(table.lowWords, cells.words);
+    const __m256 high = LookupWord(table.highWords, cells.words);
+    return {WideLane::Vector{_mm256_castps_pd(_mm256_unpacklo_ps(low, high))},
+            WideLane::Vector{_mm256_castps_pd(_mm256_unpackhi_ps(low, high))}};
+}
+
+#else
+
+/// Indices into a LookupTable, each as wide as a double.
+struct WideCells {
+    hn::Vec<WideBits> lower;
+    hn::Vec<WideBits> upper;
+};
+
+HWY_INLINE WideCells Widen(LaneCells cells)
+{
+    const hn::Half<hn::RebindToUnsigned<Lane::Tag>> half;
+    return {hn::PromoteTo(WideBits(), hn::LowerHalf(half, cells.bits)),
+            hn::PromoteTo(WideBits(), hn::UpperHalf(half, cells.bits))};
+}
+template <int bits>
+HWY_INLINE WideCells ShiftRight(WideCells cells)
+{
+    return {hn::ShiftRight<bits>(cells.lower), hn::ShiftRight<bits>(cells.upper)};
+}
+
+HWY_INLINE WideLane::Vector Lookup(const LookupTable& table, hn::Vec<WideBits> index)
 {
     const WideLane::Tag tag;
 #if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX3
     // The permutation looks at just these four bits.
-    const auto first = hn::LoadU(tag, table);
-    const auto second = hn::LoadU(tag, table + 8);
+    const auto first = hn::LoadU(tag, table.entries);
+    const auto second = hn::LoadU(tag, table.entries + 8);
     return WideLane::Vector{_mm512_permutex2var_pd(first.raw, index.raw, second.raw)};
 #else
     const hn::RebindToSigned<WideLane::Tag> indices;
-    return hn::GatherIndex(tag, table,
-                           hn::BitCast(indices, hn::And(index, hn::Set(WideBits::Tag(), std::uint64_t{15}))));
+    return hn::GatherIndex(tag, table.entries,
+                           hn::BitCast(indices, hn::And(index, hn::Set(WideBits(), std::uint64_t{15}))));
 #endif
 }
-
-HWY_INLINE WideLane Lookup(const double (&table)[16], WideBits index)
+HWY_INLINE WideLane Lookup(const LookupTable& table, WideCells cells)
 {
-    return {Lookup(table, index.lower), Lookup(table, index.upper)};
+    return {Lookup(table, cells.lower), Lookup(table, cells.upper)};
 }
+
+#endif
 
 HWY_INLINE Lane Lookup(const float (&table)[16], LaneCells index)
 {
@@ -162,7 +197,7 @@ HWY_INLINE WideLane TimesEntryLess1(Lane x, const float (&table)[16], LaneCells 
 HWY_INLINE LaneMask AreNearMidpoint(WideLane x)
 {
     const hn::RebindToUnsigned<Lane::Tag> u;
-    const WideBits::Tag wide;
+    const WideBits wide;
     // The lower halves of all doubles in one vector.
     const auto lower = hn::BitCast(u, x.lower);
     const auto upper = hn::BitCast(u, hn::ShiftLeft<32>(hn::BitCast(wide, x.upper)));
@@ -182,7 +217,7 @@ HWY_INLINE WideLane MulAdd(WideLane a, WideLane b, WideLane c)
 
 HWY_INLINE WideLane PowerOf2(Rounded<WideLane> n)
 {
-    const WideBits::Tag tag;
+    const WideBits tag;
     const auto power = [&](WideLane::Vector shifted) HWY_ATTR {
         const auto biased = hn::Add(hn::BitCast(tag, shifted), hn::Set(tag, std::uint64_t{1023}));
         return hn::BitCast(WideLane::Tag(), hn::ShiftLeft<52>(biased));
@@ -190,13 +225,24 @@ HWY_INLINE WideLane PowerOf2(Rounded<WideLane> n)
     return {power(n.shifted.lower), power(n.shifted.upper)};
 }
 
-HWY_INLINE WideMask HasBit(Rounded<WideLane> n, std::uint64_t bit)
+HWY_INLINE WideLane SelectOdd(Rounded<WideLane> n, WideLane a, WideLane b)
 {
-    const WideBits::Tag tag;
-    const auto test = [&](WideLane::Vector shifted) HWY_ATTR {
-        return hn::RebindMask(WideLane::Tag(), hn::TestBit(hn::BitCast(tag, shifted), hn::Set(tag, bit)));
+    const WideLane::Tag tag;
+    const auto select = [&](WideLane::Vector shifted, WideLane::Vector odd, WideLane::Vector even) HWY_ATTR {
+        const auto lowestBit = hn::ShiftLeft<63>(hn::BitCast(WideBits(), shifted));
+        return hn::IfNegativeThenElse(hn::BitCast(tag, lowestBit), odd, even);
     };
-    return {test(n.shifted.lower), test(n.shifted.upper)};
+    return {select(n.shifted.lower, a.lower, b.lower), select(n.shifted.upper, a.upper, b.upper)};
+}
+
+template <int bit>
+HWY_INLINE WideLane NegateWhere(Rounded<WideLane> n, WideLane x)
+{
+    const auto negate = [](WideLane::Vector shifted, WideLane::Vector value) HWY_ATTR {
+        const auto sign = hn::ShiftLeft<63>(hn::ShiftRight<bit>(hn::BitCast(WideBits(), shifted)));
+        return hn::Xor(value, hn::BitCast(WideLane::Tag(), sign));
+    };
+    return {negate(n.shifted.lower, x.lower), negate(n.shifted.upper, x.upper)};
 }
 
 HWY_INLINE WideMask WidenMask(LaneMask mask)

@@ -93,7 +93,8 @@ HWY_INLINE Vec3<F> IPTToICH(const Vec3<F>& ipt)
 template <class F>
 HWY_INLINE Vec3<F> ICHToIPT(const Vec3<F>& ich)
 {
-    return {ich.x, ich.y * Sin(ich.z), ich.y * Cos(ich.z)};
+    const auto [sine, cosine] = SinCos(ich.z);
+    return {ich.x, ich.y * sine, ich.y * cosine};
 }
 template <class F>
 HWY_INLINE Vec3<F> LinearRGBToICH(CColor::EIlluminant illuminant, const Vec3<F>& rgb)
