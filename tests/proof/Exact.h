@@ -7,8 +7,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "QZ/Foundation/Color/ElementaryDouble.h"
-#include "QZ/Foundation/Color/Lane.h"
+#include "QZ/Foundation/Color/Elementary.h"
 #include "QZ/Math/Detail/Elementary.h"
 #include "tests/proof/PowerReference.h"
 
@@ -85,13 +84,9 @@ inline Exact SinOf(Exact x, unsigned quarters)
                                                 : angle * Math::Detail::AlternatingSeries(angle, 1);
     return (count & 2u) != 0 ? -sine : sine;
 }
-inline Exact Sin(Exact x)
+inline SineAndCosine<Exact> SinCos(Exact x)
 {
-    return SinOf(x, 0);
-}
-inline Exact Cos(Exact x)
-{
-    return SinOf(x, 1);
+    return {SinOf(x, 0), SinOf(x, 1)};
 }
 
 /// The angle in double, turned by what is left to the point.
@@ -100,8 +95,7 @@ inline Exact Atan2(Exact y, Exact x)
     if (x == 0.0f && y == 0.0f)
         return 0.0f;
     const Exact angle = DoubleDouble{Double::Atan2(y.value.high, x.value.high), 0.0};
-    const Exact sine = Sin(angle);
-    const Exact cosine = Cos(angle);
+    const auto [sine, cosine] = SinCos(angle);
     return angle + (y * cosine - x * sine) / (x * cosine + y * sine);
 }
 

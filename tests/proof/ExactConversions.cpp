@@ -105,7 +105,8 @@ ExactColor ToLab(Space space, const Settings& s, const ExactColor& v)
     const auto fromLinear = [&](const ExactColor& rgb) { return LinearRGBToLab(s.white, rgb); };
     const auto fromXYZ = [&](const ExactColor& xyz) { return XYZToLab(s.white, xyz); };
     const auto fromPolar = [](const ExactColor& lch) {
-        return ExactColor(lch.x, lch.y * formula::Cos(lch.z), lch.y * formula::Sin(lch.z));
+        const auto [sine, cosine] = SinCos(lch.z);
+        return ExactColor(lch.x, lch.y * cosine, lch.y * sine);
     };
     switch (space) {
         case Space::eSRGB:
