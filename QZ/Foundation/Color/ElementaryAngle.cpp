@@ -4,6 +4,7 @@
 
 #include "QZ/Foundation/Color/ElementaryDouble.h"
 #include "QZ/Foundation/Color/ElementaryTables.h"
+#include "QZ/Foundation/Color/QuickAngle.h"
 #include "QZ/Math/Detail/Elementary.h"
 
 namespace QZ::Foundation::Double {
@@ -55,7 +56,7 @@ double Cos(double x)
     return Math::Detail::Cos(x);
 }
 
-double Acos(double x)
+double InPairs::Acos(double x)
 {
     if (!(std::fabs(x) <= 1.0))
         return std::numeric_limits<double>::quiet_NaN();
@@ -68,7 +69,7 @@ double Acos(double x)
     return AngleOfPoint(FastTwoSum(root, rest.high / (2.0 * root)), {x, 0.0});
 }
 
-double Atan2(double y, double x)
+double InPairs::Atan2(double y, double x)
 {
     if (std::isnan(x) || std::isnan(y))
         return x + y;
@@ -79,6 +80,18 @@ double Atan2(double y, double x)
     if (x == 0.0 || std::isinf(y))
         return std::copysign(kHalfPi.high, y);
     return std::copysign(AngleOfFinite(std::fabs(y), x), y);
+}
+
+double Acos(double x)
+{
+    const Math::Detail::Bracket quick = QuickAcos(x);
+    return quick.IsSure() ? quick.below : InPairs::Acos(x);
+}
+
+double Atan2(double y, double x)
+{
+    const Math::Detail::Bracket quick = QuickAngle(std::fabs(y), x, 0.0);
+    return quick.IsSure() ? std::copysign(quick.below, y) : InPairs::Atan2(y, x);
 }
 
 }   // namespace QZ::Foundation::Double

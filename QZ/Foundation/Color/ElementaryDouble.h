@@ -2,8 +2,9 @@
 #pragma once
 
 /// \file
-/// Every elementary function in double precision that the library calls, worked in pairs of doubles: the same
-/// bits on every machine, whatever its mathematics library. Those in single precision are in Elementary.h.
+/// Every elementary function in double precision that the library calls, worked to some 65 bits, and in pairs
+/// of doubles where these do not tell the nearest double: the same bits on every machine, whatever its
+/// mathematics library. Those in single precision are in Elementary.h.
 
 namespace QZ::Foundation::Double {
 
@@ -18,6 +19,14 @@ namespace QZ::Foundation::Double {
 /// x^3 as if it were worked to twice the precision and rounded once.
 [[nodiscard]] double Cube(double x);
 /// \}
+
+/// The functions worked in pairs of doubles from the start, for any argument; those of the sine and cosine
+/// are in QZ/Math/Detail/Elementary.h.
+namespace InPairs {
+[[nodiscard]] double Pow(double x, double exponent);
+[[nodiscard]] double Acos(double x);
+[[nodiscard]] double Atan2(double y, double x);
+}   // namespace InPairs
 
 /// x^exponent of floats, correctly rounded; special values as std::pow gives them. Slow beside the powers of
 /// Elementary.h, which turn to it where a result lies close to the middle between two floats.

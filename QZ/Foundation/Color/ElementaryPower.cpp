@@ -4,6 +4,7 @@
 
 #include "QZ/Foundation/Color/ElementaryDouble.h"
 #include "QZ/Foundation/Color/ElementaryTables.h"
+#include "QZ/Foundation/Color/QuickPower.h"
 #include "QZ/Math/Detail/Elementary.h"
 
 namespace QZ::Foundation::Double {
@@ -128,7 +129,7 @@ float PowRounded(float x, float exponent)
     return static_cast<float>(negative ? -odd : odd);
 }
 
-double Pow(double x, double exponent)
+double InPairs::Pow(double x, double exponent)
 {
     if (IsSpecial(x, exponent))
         return PowOfSpecial(x, exponent);
@@ -140,6 +141,12 @@ double Pow(double x, double exponent)
     const Scaled power = Exp(clamped == log.high ? log : DoubleDouble{clamped, 0.0});
     const double magnitude = std::ldexp(power.value.high, power.exponent);
     return negative ? -magnitude : magnitude;
+}
+
+double Pow(double x, double exponent)
+{
+    const Math::Detail::Bracket quick = QuickPow(x, exponent);
+    return quick.IsSure() ? quick.below : InPairs::Pow(x, exponent);
 }
 
 double Cube(double x)

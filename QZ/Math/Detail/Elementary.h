@@ -8,11 +8,13 @@
 
 #include "QZ/Math/Detail/DoubleDouble.h"
 #include "QZ/Math/Detail/ElementaryTables.h"
+#include "QZ/Math/Detail/Quick.h"
 
 /// \file
-/// Sine, cosine and exponential in double precision, worked in pairs of doubles: the same bits on every
-/// machine, whatever its mathematics library. A host that lets its compiler fuse products with sums gets them
-/// too: what fusing changes is about 2^-50 of a unit in the last place. Not for hosts to call.
+/// Sine, cosine and exponential in double precision, to some 65 bits, and in pairs of doubles where these do
+/// not tell the nearest double: the same bits on every machine, whatever its mathematics library. A host that
+/// lets its compiler fuse products with sums gets them too: the bounds of Quick.h hold with fewer roundings,
+/// and of a pair fusing changes about 2^-50 of a unit in the last place. Not for hosts to call.
 
 namespace QZ::Math::Detail {
 
@@ -119,7 +121,27 @@ inline double SinOfQuadrant(const QuarterTurns& turns)
     return (turns.count & 2) != 0 ? -value.high : value.high;
 }
 
-/// Within 0.5001 units in the last place, as Cos(); NaN for an infinity.
+struct Scaled {
+    DoubleDouble value;   ///< about 1
+    int exponent;         ///< of the power of 2 that it is to be multiplied by
+};
+
+/// e^x for |x| up to 1000; the relative error is below 2^-98.
+inline Scaled Exp(DoubleDouble x)
+{
+    const double n = std::floor(x.high * (32.0 / kLn2.high) + 0.5);
+    const DoubleDouble r = x - (DoubleDouble{kLn2Over32[0] * n, 0.0} + DoubleDouble{kLn2Over32[1] * n, 0.0} +
+                                TwoProduct(kLn2Over32[2], n));
+    DoubleDouble series = kInverseFactorial[13];
+    for (int j = 12; j >= 0; --j)
+        series = series * r + kInverseFactorial[j];
+    const int steps = static_cast<int>(n);
+    return {kExp2[steps & 31] * series, steps >> 5};
+}
+
+/// The functions worked in pairs of doubles from the start, for any argument.
+namespace InPairs {
+
 inline double Sin(double x)
 {
     const double magnitude = std::fabs(x);
@@ -143,33 +165,40 @@ inline double Cos(double x)
     return SinOfQuadrant(turns);
 }
 
-struct Scaled {
-    DoubleDouble value;   ///< about 1
-    int exponent;         ///< of the power of 2 that it is to be multiplied by
-};
-
-/// e^x for |x| up to 1000; the relative error is below 2^-98.
-inline Scaled Exp(DoubleDouble x)
-{
-    const double n = std::floor(x.high * (32.0 / kLn2.high) + 0.5);
-    const DoubleDouble r = x - (DoubleDouble{kLn2Over32[0] * n, 0.0} + DoubleDouble{kLn2Over32[1] * n, 0.0} +
-                                TwoProduct(kLn2Over32[2], n));
-    DoubleDouble series = kInverseFactorial[13];
-    for (int j = 12; j >= 0; --j)
-        series = series * r + kInverseFactorial[j];
-    const int steps = static_cast<int>(n);
-    return {kExp2[steps & 31] * series, steps >> 5};
-}
-
-/// e^x within 0.5001 units in the last place, 0.75 where it is subnormal.
 inline double Exp(double x)
 {
     if (!(x > -750.0))
         return std::isnan(x) ? x : 0.0;
     if (x > 710.0)
         return HUGE_VAL;
-    const Scaled power = Exp(DoubleDouble{x, 0.0});
+    const Scaled power = Detail::Exp(DoubleDouble{x, 0.0});
     return std::ldexp(power.value.high, power.exponent);
 }
+
+}   // namespace InPairs
+
+/// \name The double nearest to the exact value, or within 0.5001 units in the last place where the exact value
+/// lies within 2^-45 units of the middle between two; 0.75 for a subnormal power.
+/// \{
+/// NaN for an infinity.
+inline double Sin(double x)
+{
+    const Bracket quick = QuickSine(x, 0);
+    return quick.IsSure() ? quick.below : InPairs::Sin(x);
+}
+
+/// NaN for an infinity.
+inline double Cos(double x)
+{
+    const Bracket quick = QuickSine(x, 1);
+    return quick.IsSure() ? quick.below : InPairs::Cos(x);
+}
+
+inline double Exp(double x)
+{
+    const Bracket quick = std::fabs(x) < 708.0 ? QuickExp(x, 0.0, 0.0) : kUnsure;
+    return quick.IsSure() ? quick.below : InPairs::Exp(x);
+}
+/// \}
 
 }   // namespace QZ::Math::Detail
