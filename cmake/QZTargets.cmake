@@ -14,12 +14,24 @@ function(qz_configure target)
         POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
+# The same for tests, which need not be fast: with the sanitizers' checks most of a run is their compilation.
+function(qz_configure_test target)
+    qz_configure(${target})
+    if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+        target_compile_options(${target} PRIVATE -O0)
+    endif()
+endfunction()
+
 # One test executable; each of its tests is a test of ctest.
 function(qz_add_tests target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
     add_executable(${target} ${arg_SOURCES})
-    qz_configure(${target})
+    qz_configure_test(${target})
     target_link_libraries(${target} PRIVATE ${arg_LINK} GTest::gmock_main)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
+    # A compiler cache saves more, and does not take files that use precompiled headers.
+    if(QZ_PRECOMPILED_HEADERS AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+        target_precompile_headers(${target} REUSE_FROM TestHeaders)
+    endif()
     gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60)
 endfunction()
