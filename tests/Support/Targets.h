@@ -9,6 +9,9 @@
 
 namespace QZ::Test {
 
+/// The instruction set that the whole run is held to, by TargetMain.cpp; 0 for the best of the machine.
+inline std::int64_t targetOfRun = 0;
+
 /// A test that runs once for every instruction set of this machine, with that one chosen.
 ///
 /// \code
@@ -18,7 +21,7 @@ namespace QZ::Test {
 class TargetTest : public testing::TestWithParam<std::int64_t> {
 protected:
     void SetUp() override { hwy::SetSupportedTargetsForTest(GetParam()); }
-    void TearDown() override { hwy::SetSupportedTargetsForTest(0); }
+    void TearDown() override { hwy::SetSupportedTargetsForTest(targetOfRun); }
 };
 
 }   // namespace QZ::Test
