@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Runs every benchmark several times, all in turn, and prints the table of docs/performance.md.
-#include <benchmark/benchmark.h>
-
 #include <cstdio>
-#include <limits>
-#include <map>
-#include <string>
-#include <vector>
+
+#include "bench/Support/BestOfRuns.h"
 
 namespace {
 
@@ -39,54 +35,24 @@ constexpr Row kRows[] = {
     {"", "QZ_Power", "C_Power", "C library"},
 };
 
-/// Prints as usual and keeps the best processor time for an item, in nanoseconds, of each benchmark.
-class BestOfRuns : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            const auto items = run.counters.find("items_per_second");
-            if (run.run_type != Run::RT_Iteration || items == run.counters.end())
-                continue;
-            double& best = m_best.try_emplace(run.run_name.function_name, std::numeric_limits<double>::max())
-                               .first->second;
-            best = std::min(best, 1e9 / items->second);
-        }
+void PrintTable(const QZ::Bench::BestOfRuns& best)
+{
+    std::puts("\n| work | here, ns | peer | peer, ns | ratio |\n|---|---:|---|---:|---:|");
+    for (const Row& row : kRows) {
+        const auto library = best.Of(row.library);
+        const auto peer = best.Of(row.peer);
+        if (library && peer)
+            std::printf("| %s | %.2f | %s | %.2f | %.1f |\n", row.work, *library, row.peerName, *peer,
+                        *peer / *library);
     }
-
-    void PrintTable() const
-    {
-        std::puts("\n| work | here, ns | peer | peer, ns | ratio |\n|---|---:|---|---:|---:|");
-        for (const Row& row : kRows) {
-            const auto library = m_best.find(row.library);
-            const auto peer = m_best.find(row.peer);
-            if (library != m_best.end() && peer != m_best.end())
-                std::printf("| %s | %.2f | %s | %.2f | %.1f |\n", row.work, library->second, row.peerName,
-                            peer->second, peer->second / library->second);
-        }
-    }
-
-private:
-    std::map<std::string, double> m_best;
-};
+}
 
 }   // namespace
 
 int main(int argc, char** argv)
 {
-    // Later arguments win over these.
-    std::vector<char*> arguments = {argv[0]};
-    std::string defaults[] = {"--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=7",
-                              "--benchmark_min_time=0.1"};
-    for (std::string& argument : defaults)
-        arguments.push_back(argument.data());
-    arguments.insert(arguments.end(), argv + 1, argv + argc);
-    int count = static_cast<int>(arguments.size());
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+    QZ::Bench::BestOfRuns best;
+    if (!QZ::Bench::RunInTurn(argc, argv, best))
         return 1;
-    BestOfRuns reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.PrintTable();
+    PrintTable(best);
 }
