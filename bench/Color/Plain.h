@@ -101,13 +101,13 @@ Plain Pow(Plain x)
 {
     return std::pow(x.value, Foundation::Value(exponent));
 }
-inline Plain Sin(Plain x)
+struct PlainSineAndCosine {
+    Plain sine;
+    Plain cosine;
+};
+inline PlainSineAndCosine SinCos(Plain x)
 {
-    return std::sin(x.value);
-}
-inline Plain Cos(Plain x)
-{
-    return std::cos(x.value);
+    return {std::sin(x.value), std::cos(x.value)};
 }
 inline Plain Atan2(Plain y, Plain x)
 {
