@@ -22,7 +22,9 @@ struct Photograph {
 /// hue, darker towards the corners, with the noise of a sensor on top. Over a million different colours.
 inline Photograph MakePhotograph(int width = 4000, int height = 3000)
 {
-    Photograph picture{width, height, std::vector<unsigned char>(std::size_t(4) * width * height)};
+    Photograph picture{
+        width, height,
+        std::vector<unsigned char>(4 * static_cast<std::size_t>(width) * static_cast<std::size_t>(height))};
     std::uint32_t state = 1;
     const auto noise = [&] {   // about normal, of deviation 1
         float sum = -2.0f;
