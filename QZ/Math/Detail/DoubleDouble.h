@@ -33,11 +33,11 @@ constexpr DoubleDouble TwoSum(double a, double b)
     return {sum, (a - (sum - bRounded)) + (b - bRounded)};
 }
 
-/// The upper 26 bits of a and the rest.
+/// a to 26 bits and the rest, of 26. By its bits: a product for it could be fused with what follows.
 constexpr DoubleDouble Split(double a)
 {
-    const double scaled = a * 134217729.0;   // 2^27 + 1
-    const double high = scaled - (scaled - a);
+    const std::uint64_t rounded = std::bit_cast<std::uint64_t>(a) + (1u << 26);
+    const double high = std::bit_cast<double>(rounded & 0xfffffffff8000000u);
     return {high, a - high};
 }
 

@@ -13,8 +13,8 @@
 /// \file
 /// Sine, cosine and exponential in double precision, to some 65 bits, and in pairs of doubles where these do
 /// not tell the nearest double: the same bits on every machine, whatever its mathematics library. A host that
-/// lets its compiler fuse products with sums gets them too: the bounds of Quick.h hold with fewer roundings,
-/// and of a pair fusing changes about 2^-50 of a unit in the last place. Not for hosts to call.
+/// lets its compiler fuse products with sums gets them too: what is to be exact stays so, and the bounds of
+/// Quick.h hold with fewer roundings. Not for hosts to call.
 
 namespace QZ::Math::Detail {
 
