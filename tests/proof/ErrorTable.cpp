@@ -155,12 +155,18 @@ void Report(const Conversion& conversion, std::size_t plainStride, std::size_t s
 
 }   // namespace
 
-/// ErrorTable [PLAIN [OTHERS]]: of the plain choice of arguments every PLAINth colour, of the others every
-/// OTHERSth.
 int main(int argc, char** argv)
 {
     const std::size_t plainStride = argc > 1 ? std::strtoull(argv[1], nullptr, 10) : 1;
     const std::size_t stride = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 61;
+    if (plainStride == 0 || stride == 0 || argc > 3) {
+        std::puts(
+            "ErrorTable [PLAIN [OTHERS]]\n"
+            "The largest errors of each conversion over the colours of 8 bits: of the plain choice of its "
+            "arguments\n"
+            "over every PLAINth colour (1), of the others over every OTHERSth (61).");
+        return 2;
+    }
     const auto start = std::chrono::steady_clock::now();
     std::puts(
         "| conversion | units, plain | Delta E 2000, plain | units, all | Delta E 2000, all |\n"

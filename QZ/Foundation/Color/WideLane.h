@@ -44,10 +44,6 @@ HWY_INLINE WideLane operator/(WideLane a, WideLane b)
 {
     return {hn::Div(a.lower, b.lower), hn::Div(a.upper, b.upper)};
 }
-HWY_INLINE WideLane operator-(WideLane a)
-{
-    return {hn::Neg(a.lower), hn::Neg(a.upper)};
-}
 
 /// The bits of doubles.
 using WideBits = hn::RebindToUnsigned<WideLane::Tag>;
