@@ -46,8 +46,8 @@ public:
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
         posix_spawn_file_actions_addclose(&actions, ends[0]);
-        arguments.insert(arguments.begin(), QZ_RECORD_FOREVER);
-        std::vector<char*> pointers;
+        std::string program = QZ_RECORD_FOREVER;
+        std::vector<char*> pointers = {program.data()};
         for (std::string& argument : arguments)
             pointers.push_back(argument.data());
         pointers.push_back(nullptr);
