@@ -24,6 +24,7 @@
 #include "QZ/Foundation/Color/PowerFactors.h"
 #include "QZ/Foundation/Color/Wide.h"
 #if HWY_TARGET != HWY_SCALAR
+#include "QZ/Foundation/Color/PairPower.h"
 #include "QZ/Foundation/Color/WideLane.h"
 #endif
 
@@ -402,13 +403,13 @@ HWY_INLINE QuickPower QuickPow(Lane x)
 }
 
 template <Exponent exponent>
-HWY_INLINE Lane Pow(Lane x)
+HWY_INLINE Lane PowInDoubles(Lane x)
 {
     const QuickPower quick = QuickPow<exponent>(x);
     return HWY_LIKELY(NoneTrue(quick.isOpen)) ? quick.result : PowOfAny<exponent>(x);
 }
 template <Exponent exponent>
-HWY_INLINE LaneTriple Pow(const LaneTriple& v)
+HWY_INLINE LaneTriple PowInDoubles(const LaneTriple& v)
 {
     const QuickPower x = QuickPow<exponent>(v.x);
     const QuickPower y = QuickPow<exponent>(v.y);
@@ -416,6 +417,37 @@ HWY_INLINE LaneTriple Pow(const LaneTriple& v)
     if (HWY_LIKELY(NoneTrue(Or(Or(x.isOpen, y.isOpen), z.isOpen))))
         return {x.result, y.result, z.result};
     return PowOfAny<exponent>(v);
+}
+/// Where pairs of floats are in doubt, as of one power in 3,000, and of 0.
+template <Exponent exponent, class F>
+HWY_NOINLINE F PowInDoubt(const F& x)
+{
+    return PowInDoubles<exponent>(x);
+}
+
+template <Exponent exponent>
+HWY_INLINE Lane Pow(Lane x)
+{
+    if constexpr (kHasPairs) {
+        const PairPower quick = QuickPairPow<exponent>(x);
+        return HWY_LIKELY(NoneSet(quick.doubts)) ? quick.result : PowInDoubt<exponent>(x);
+    } else {
+        return PowInDoubles<exponent>(x);
+    }
+}
+template <Exponent exponent>
+HWY_INLINE LaneTriple Pow(const LaneTriple& v)
+{
+    if constexpr (kHasPairs) {
+        const PairPower x = QuickPairPow<exponent>(v.x);
+        const PairPower y = QuickPairPow<exponent>(v.y);
+        const PairPower z = QuickPairPow<exponent>(v.z);
+        if (HWY_LIKELY(NoneSet(Or(Or(x.doubts, y.doubts), z.doubts))))
+            return {x.result, y.result, z.result};
+        return PowInDoubt<exponent>(v);
+    } else {
+        return PowInDoubles<exponent>(v);
+    }
 }
 
 #endif

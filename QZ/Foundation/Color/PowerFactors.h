@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstdint>
 
@@ -36,6 +37,74 @@ struct PowerFactors {
     static constexpr LookupTable unitIntervals{power.intervals, power.binaryHigh[7]};   ///< from 2^-15 to 2
     static constexpr LookupTable binaryLow{power.binaryLow};
     static constexpr LookupTable binaryHigh{power.binaryHigh};
+};
+
+/// Sixteen numbers, each the sum of two floats.
+struct PairTable {
+    float high[16];
+    float low[16];
+
+    constexpr explicit PairTable(const double (&numbers)[16]) : high(), low()
+    {
+        for (int i = 0; i < 16; ++i) {
+            high[i] = static_cast<float>(numbers[i]);
+            low[i] = static_cast<float>(numbers[i] - high[i]);
+        }
+    }
+};
+
+/// The factors of a fixed power in pairs of floats, for x from 2^-15 to 2. Where the exponent e is above 1,
+/// x^e is x^2 x^(e - 2): of (1 + t)^p, p the power that is left, all but 1 + p t is then small.
+template <Exponent exponent>
+struct PairFactors {
+    static constexpr const ElementaryTables::Power& power = PowerFactors<exponent>::power;
+    static constexpr bool kHasSquare = Value(exponent) > 1.0f;
+    static constexpr float kPower = Value(exponent) - (kHasSquare ? 2.0f : 0.0f);
+
+    /// What the terms of (1 + t)^p from t^2 on may err by, relatively: their rounding, and that the low part
+    /// of the scale is not multiplied with them.
+    static constexpr double kSeriesMargin = (kHasSquare ? 10 : 8) * 0x1p-24;
+    /// What all else may err by, the terms from t^7 on above all.
+    static constexpr double kMargin = 0x1p-38;
+
+    /// Together these terms have the sign of p (p - 1). Times this they are not above their exact sum.
+    static constexpr double kLeastSeries = 1.0 + (kPower > 0.0f ? kSeriesMargin : -kSeriesMargin);
+    /// From a lower bound to an upper.
+    static constexpr float kMostSeries = static_cast<float>(1.0 - 2.0 * (kLeastSeries - 1.0));
+    static constexpr float kMostSum = static_cast<float>(3.0 * kMargin);
+
+    static constexpr PairTable Intervals()
+    {
+        double numbers[16];
+        for (int i = 0; i < 16; ++i) {
+            const double reciprocal = ElementaryTables::kReciprocals[i];
+            const double square = kHasSquare ? reciprocal * reciprocal * 0x1p+30 : 1.0;
+            numbers[i] = power.intervals[i] * power.binaryHigh[7] * square * (1.0 - kMargin);
+        }
+        return PairTable(numbers);
+    }
+    static constexpr PairTable Binary()
+    {
+        double numbers[16];
+        double square = 1.0;
+        for (int i = 0; i < 16; ++i, square *= kHasSquare ? 4.0 : 1.0)
+            numbers[i] = power.binaryLow[i] / square;
+        return PairTable(numbers);
+    }
+    static constexpr std::array<float, 7> Series()
+    {
+        std::array<float, 7> coefficients{};
+        double binomial = 1.0;
+        for (int k = 0; k < 7; ++k) {
+            const double coefficient = kHasSquare ? binomial : power.polynomial[k];
+            coefficients[k] = static_cast<float>(coefficient * kLeastSeries);
+            binomial *= (kPower - k) / (k + 1.0);
+        }
+        return coefficients;
+    }
+    static constexpr PairTable kIntervals = Intervals();
+    static constexpr PairTable kBinary = Binary();
+    static constexpr std::array<float, 7> kSeries = Series();
 };
 
 }   // namespace QZ::Foundation

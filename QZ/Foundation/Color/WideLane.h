@@ -183,7 +183,7 @@ HWY_INLINE Lane Lookup(const float (&table)[16], LaneCells index)
 HWY_INLINE WideLane TimesEntryLess1(Lane x, const float (&table)[16], LaneCells cell)
 {
 #if HWY_NATIVE_FMA
-    return Widen(Lane(hn::MulSub(x.vector, Lookup(table, cell).vector, Lane(1.0f).vector)));
+    return Widen(FusedMulSub(x, Lookup(table, cell), Lane(1.0f)));
 #else
     return Widen(x) * Widen(Lookup(table, cell)) - WideLane(1.0);
 #endif

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+
+/// \file
+/// Powers as sums of two floats, for vectors that fuse a product with a sum: a vector holds twice as many
+/// floats as doubles.
+
+#if defined(QZ_FOUNDATION_COLOR_PAIRPOWER) == defined(HWY_TARGET_TOGGLE)
+#ifdef QZ_FOUNDATION_COLOR_PAIRPOWER
+#undef QZ_FOUNDATION_COLOR_PAIRPOWER
+#else
+#define QZ_FOUNDATION_COLOR_PAIRPOWER
+#endif
+
+#include <cstdint>
+
+#include "QZ/Foundation/Color/ElementaryTables.h"
+#include "QZ/Foundation/Color/Exponent.h"
+#include "QZ/Foundation/Color/PowerFactors.h"
+#include "QZ/Foundation/Color/WideLane.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace QZ::Foundation::QZ_TARGET {
+
+/// Whether a product and a sum are rounded once, and sixteen floats looked up by permutations.
+inline constexpr bool kHasPairs = HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX2 && HWY_NATIVE_FMA;
+
+/// A number for each float of a Lane, the sum of two.
+struct LanePair {
+    Lane high;   ///< the nearest float, or nearly
+    Lane low;
+};
+/// To 2^-46.
+HWY_INLINE LanePair operator*(LanePair a, LanePair b)
+{
+    const Lane high = a.high * b.high;
+    const Lane low = FusedMulSub(a.high, b.high, high);
+    return {high, FusedMulAdd(a.low, b.high, FusedMulAdd(a.high, b.low, low))};
+}
+HWY_INLINE LanePair SquareInPair(Lane x)
+{
+    const Lane square = x * x;
+    return {square, FusedMulSub(x, x, square)};
+}
+HWY_INLINE LanePair Lookup(const PairTable& table, LaneCells index)
+{
+    return {Lookup(table.high, index), Lookup(table.low, index)};
+}
+
+/// A result rounded twice, once from either end of its margin of error. Where the two are equal, they are the
+/// nearest float.
+struct TwoRoundings {
+    Lane least;
+    Lane most;
+};
+HWY_INLINE TwoRoundings Round(Lane high, Lane leastLow, Lane mostLow)
+{
+    return {high + leastLow, high + mostLow};
+}
+
+/// x^3, whose low part errs by two roundings of 2^-48.
+HWY_INLINE TwoRoundings CubeInPairs(Lane x)
+{
+    const LanePair square = SquareInPair(x);
+    const Lane high = square.high * x;
+    const Lane low = FusedMulAdd(square.low, x, FusedMulSub(square.high, x, high));
+    return Round(high, FusedMulAdd(high, Lane(-0x1p-46f), low), FusedMulAdd(high, Lane(0x1p-46f), low));
+}
+
+/// x^e for x from 2^-15 to 2.
+///
+/// Nearly all that it may err by are a few roundings of the terms from t^2 on, so the margin is a part of
+/// them, and small near the middle of each interval.
+template <Exponent exponent>
+HWY_INLINE TwoRoundings PowInPairs(Lane x)
+{
+    using Factors = PairFactors<exponent>;
+    const LaneCells cell = CellOf(x);
+    const LaneCells binary = {hn::ShiftRight<4>(cell.bits)};
+    const Lane t = FusedMulSub(Mantissa(x), Lookup(ElementaryTables::kReciprocals, cell), Lane(1.0f));
+    LanePair scale = Lookup(Factors::kIntervals, cell) * Lookup(Factors::kBinary, binary);
+    if constexpr (Factors::kHasSquare)
+        scale = scale * SquareInPair(x);
+
+    // (1 + t)^p = 1 + first + rest
+    const Lane p(Factors::kPower);
+    const Lane first = p * t;
+    const Lane t2 = t * t;
+    const auto c = [](int k) HWY_ATTR { return Lane(Factors::kSeries[k]); };
+    const Lane upper = FusedMulAdd(t2, c(6), FusedMulAdd(t, c(5), c(4)));
+    const Lane series = FusedMulAdd(t2, upper, FusedMulAdd(t, c(3), c(2)));
+    const Lane rest = FusedMulAdd(t2, series, FusedMulSub(p, t, first));
+    const Lane mostRest = FusedMulAdd(rest, Lane(Factors::kMostSeries), Lane(Factors::kMostSum));
+
+    const Lane high = FusedMulAdd(scale.high, first, scale.high);
+    const Lane remainder = FusedMulAdd(scale.high, first, scale.high - high);
+    const Lane low = FusedMulAdd(scale.low, first, scale.low + remainder);
+    return Round(high, FusedMulAdd(scale.high, rest, low), FusedMulAdd(scale.high, mostRest, low));
+}
+
+/// A power, and bits that are set where it is not sure: outside 2^-15 to 2, and where the roundings differ.
+struct PairPower {
+    Lane result;
+    LaneCells doubts;
+};
+HWY_INLINE LaneCells Difference(Lane a, Lane b)
+{
+    const hn::RebindToUnsigned<Lane::Tag> tag;
+    return {hn::Xor(hn::BitCast(tag, a.vector), hn::BitCast(tag, b.vector))};
+}
+template <Exponent exponent>
+HWY_INLINE PairPower QuickPairPow(Lane x)
+{
+    // All floats from 2^-15 to 2, and no others, begin with the same five bits. A cube may have any sign.
+    constexpr bool isCube = exponent == Exponent::k3;
+    const hn::RebindToUnsigned<Lane::Tag> tag;
+    const auto outside =
+        hn::And(Difference(x, Lane(0x1p-15f)).bits, hn::Set(tag, isCube ? 0x78000000u : 0xf8000000u));
+    TwoRoundings roundings;
+    if constexpr (isCube)
+        roundings = CubeInPairs(x);
+    else
+        roundings = PowInPairs<exponent>(x);
+    return {roundings.least, {hn::Or(outside, Difference(roundings.least, roundings.most).bits)}};
+}
+
+HWY_INLINE LaneCells Or(LaneCells a, LaneCells b)
+{
+    return {hn::Or(a.bits, b.bits)};
+}
+HWY_INLINE bool NoneSet(LaneCells doubts)
+{
+    const hn::RebindToUnsigned<Lane::Tag> tag;
+    return hn::AllTrue(tag, hn::Eq(doubts.bits, hn::Zero(tag)));
+}
+
+}   // namespace QZ::Foundation::QZ_TARGET
+HWY_AFTER_NAMESPACE();
+
+#endif
