@@ -205,8 +205,7 @@ HWY_FLATTEN void GreyLevelRow(const GreyArguments& arguments, const unsigned cha
 HWY_FLATTEN void LinearColors(const ByteTable& linear, const unsigned char* rgba, std::size_t n,
                               Math::CVector3<float>* out)
 {
-    ColorsOfEach(rgba, 4, n, out,
-                 [&](const unsigned char* from) HWY_ATTR { return LoadPixels(linear, from); });
+    LookUpPixels(linear, rgba, n, out);
 }
 
 HWY_FLATTEN void RecolorPixels(const RecolorArguments& arguments, unsigned char* rgba, std::size_t n)
@@ -241,12 +240,15 @@ HWY_FLATTEN void RecolorPixels(const RecolorArguments& arguments, unsigned char*
 HWY_FLATTEN void BalancePixels(const BalanceArguments& arguments, const Math::CVector3<float>* linear,
                                std::size_t n, unsigned char* rgba)
 {
-    ForEachVector(Components(linear), 3, n, rgba, 4, 0,
-                  [&](const float* from, unsigned char* to, bool) HWY_ATTR {
-                      const Vec3<Lane> xyz = arguments.toXYZ * LoadColors(from);
-                      const Vec3<Lane> rgb = arguments.toRGB * (arguments.adaptation * xyz);
-                      StorePixels(arguments.encode, arguments.isClamped ? ClampToUnit(rgb) : rgb, to);
-                  });
+    RowIn<float> colors(Components(linear), 3);
+    RowOut<unsigned char> pixels(rgba, 4);
+    ForEachPart(n, 0, [&](std::size_t i, std::size_t size) HWY_ATTR {
+        const Vec3<Lane> xyz = arguments.toXYZ * LoadColors(colors.At(i, size));
+        const Vec3<Lane> rgb = arguments.toRGB * (arguments.adaptation * xyz);
+        pixels.Put(i, size, [&](unsigned char* to) HWY_ATTR {
+            StorePixels(arguments.encode, arguments.isClamped ? ClampToUnit(rgb) : rgb, to);
+        });
+    });
 }
 
 }   // namespace QZ::Foundation::QZ_TARGET

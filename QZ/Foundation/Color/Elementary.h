@@ -21,10 +21,10 @@
 #include "QZ/Foundation/Color/ElementaryTables.h"
 #include "QZ/Foundation/Color/Exponent.h"
 #include "QZ/Foundation/Color/LaneTriple.h"
+#include "QZ/Foundation/Color/PairPower.h"
 #include "QZ/Foundation/Color/PowerFactors.h"
 #include "QZ/Foundation/Color/Wide.h"
 #if HWY_TARGET != HWY_SCALAR
-#include "QZ/Foundation/Color/PairPower.h"
 #include "QZ/Foundation/Color/WideLane.h"
 #endif
 
@@ -418,9 +418,12 @@ HWY_INLINE LaneTriple PowInDoubles(const LaneTriple& v)
         return {x.result, y.result, z.result};
     return PowOfAny<exponent>(v);
 }
+
+#if QZ_HAS_PAIRS
+
 /// Where pairs of floats are in doubt, as of one power in 3,000, and of 0.
 template <Exponent exponent, class F>
-HWY_NOINLINE F PowInDoubt(const F& x)
+HWY_NOINLINE F PowInDoubt(F x)
 {
     return PowInDoubles<exponent>(x);
 }
@@ -428,27 +431,29 @@ HWY_NOINLINE F PowInDoubt(const F& x)
 template <Exponent exponent>
 HWY_INLINE Lane Pow(Lane x)
 {
-    if constexpr (kHasPairs) {
-        const PairPower quick = QuickPairPow<exponent>(x);
-        return HWY_LIKELY(NoneSet(quick.doubts)) ? quick.result : PowInDoubt<exponent>(x);
-    } else {
-        return PowInDoubles<exponent>(x);
-    }
+    const PairPower quick = QuickPairPow<exponent>(x);
+    return HWY_LIKELY(NoneSet(quick.doubts)) ? quick.result : PowInDoubt<exponent>(x);
 }
 template <Exponent exponent>
 HWY_INLINE LaneTriple Pow(const LaneTriple& v)
 {
-    if constexpr (kHasPairs) {
-        const PairPower x = QuickPairPow<exponent>(v.x);
-        const PairPower y = QuickPairPow<exponent>(v.y);
-        const PairPower z = QuickPairPow<exponent>(v.z);
-        if (HWY_LIKELY(NoneSet(Or(Or(x.doubts, y.doubts), z.doubts))))
-            return {x.result, y.result, z.result};
-        return PowInDoubt<exponent>(v);
-    } else {
-        return PowInDoubles<exponent>(v);
-    }
+    const PairPower x = QuickPairPow<exponent>(v.x);
+    const PairPower y = QuickPairPow<exponent>(v.y);
+    const PairPower z = QuickPairPow<exponent>(v.z);
+    if (HWY_LIKELY(NoneSet(Or(Or(x.doubts, y.doubts), z.doubts))))
+        return {x.result, y.result, z.result};
+    return PowInDoubt<exponent>(v);
 }
+
+#else
+
+template <Exponent exponent, class F>
+HWY_INLINE F Pow(const F& x) requires(std::same_as<F, Lane> || std::same_as<F, LaneTriple>)
+{
+    return PowInDoubles<exponent>(x);
+}
+
+#endif
 
 #endif
 

@@ -11,18 +11,21 @@
 #define QZ_FOUNDATION_COLOR_PAIRPOWER
 #endif
 
-#include <cstdint>
-
 #include "QZ/Foundation/Color/ElementaryTables.h"
 #include "QZ/Foundation/Color/Exponent.h"
 #include "QZ/Foundation/Color/PowerFactors.h"
+#if HWY_TARGET != HWY_SCALAR
 #include "QZ/Foundation/Color/WideLane.h"
+#endif
+
+/// Whether a product and a sum are rounded once, and sixteen floats looked up by permutations.
+#undef QZ_HAS_PAIRS
+#define QZ_HAS_PAIRS (HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX2 && HWY_NATIVE_FMA)
+
+#if QZ_HAS_PAIRS
 
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
-
-/// Whether a product and a sum are rounded once, and sixteen floats looked up by permutations.
-inline constexpr bool kHasPairs = HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX2 && HWY_NATIVE_FMA;
 
 /// A number for each float of a Lane, the sum of two.
 struct LanePair {
@@ -40,6 +43,11 @@ HWY_INLINE LanePair SquareInPair(Lane x)
 {
     const Lane square = x * x;
     return {square, FusedMulSub(x, x, square)};
+}
+/// The cell of the exponent alone.
+HWY_INLINE LaneCells ExponentOf(LaneCells cell)
+{
+    return {hn::ShiftRight<4>(cell.bits)};
 }
 HWY_INLINE LanePair Lookup(const PairTable& table, LaneCells index)
 {
@@ -75,9 +83,8 @@ HWY_INLINE TwoRoundings PowInPairs(Lane x)
 {
     using Factors = PairFactors<exponent>;
     const LaneCells cell = CellOf(x);
-    const LaneCells binary = {hn::ShiftRight<4>(cell.bits)};
     const Lane t = FusedMulSub(Mantissa(x), Lookup(ElementaryTables::kReciprocals, cell), Lane(1.0f));
-    LanePair scale = Lookup(Factors::kIntervals, cell) * Lookup(Factors::kBinary, binary);
+    LanePair scale = Lookup(Factors::kIntervals, cell) * Lookup(Factors::kBinary, ExponentOf(cell));
     if constexpr (Factors::kHasSquare)
         scale = scale * SquareInPair(x);
 
@@ -85,9 +92,9 @@ HWY_INLINE TwoRoundings PowInPairs(Lane x)
     const Lane p(Factors::kPower);
     const Lane first = p * t;
     const Lane t2 = t * t;
-    const auto c = [](int k) HWY_ATTR { return Lane(Factors::kSeries[k]); };
-    const Lane upper = FusedMulAdd(t2, c(6), FusedMulAdd(t, c(5), c(4)));
-    const Lane series = FusedMulAdd(t2, upper, FusedMulAdd(t, c(3), c(2)));
+    constexpr auto& c = Factors::kSeries;
+    const Lane series =
+        FusedMulAdd(t2, FusedMulAdd(t, Lane(c[3]), Lane(c[2])), FusedMulAdd(t, Lane(c[1]), Lane(c[0])));
     const Lane rest = FusedMulAdd(t2, series, FusedMulSub(p, t, first));
     const Lane mostRest = FusedMulAdd(rest, Lane(Factors::kMostSeries), Lane(Factors::kMostSum));
 
@@ -135,5 +142,7 @@ HWY_INLINE bool NoneSet(LaneCells doubts)
 
 }   // namespace QZ::Foundation::QZ_TARGET
 HWY_AFTER_NAMESPACE();
+
+#endif
 
 #endif

@@ -39,6 +39,9 @@ struct PowerFactors {
     static constexpr LookupTable binaryHigh{power.binaryHigh};
 };
 
+/// What |t| is at most, t from a mantissa and the reciprocal of its interval.
+inline constexpr double kMostRemainder = 0.0390625;
+
 /// Sixteen numbers, each the sum of two floats.
 struct PairTable {
     float high[16];
@@ -61,9 +64,9 @@ struct PairFactors {
     static constexpr bool kHasSquare = Value(exponent) > 1.0f;
     static constexpr float kPower = Value(exponent) - (kHasSquare ? 2.0f : 0.0f);
 
-    /// What the terms of (1 + t)^p from t^2 on may err by, relatively: their rounding, and that the low part
-    /// of the scale is not multiplied with them.
-    static constexpr double kSeriesMargin = (kHasSquare ? 10 : 8) * 0x1p-24;
+    /// What the terms of (1 + t)^p from t^2 on may err by, relatively: their roundings, the series' own
+    /// error, and that the low part of the scale is not multiplied with them.
+    static constexpr double kSeriesMargin = (kHasSquare ? 12 : 10) * 0x1p-24;
     /// What all else may err by, the terms from t^7 on above all.
     static constexpr double kMargin = 0x1p-38;
 
@@ -91,20 +94,24 @@ struct PairFactors {
             numbers[i] = power.binaryLow[i] / square;
         return PairTable(numbers);
     }
-    static constexpr std::array<float, 7> Series()
+    /// The coefficients of t^2 to t^5. The term of t^6 is spread over those of t^2 and t^4, where |t| is at
+    /// most 0.0391 and the error the least: less than two roundings.
+    static constexpr std::array<float, 4> Series()
     {
-        std::array<float, 7> coefficients{};
-        double binomial = 1.0;
-        for (int k = 0; k < 7; ++k) {
-            const double coefficient = kHasSquare ? binomial : power.polynomial[k];
-            coefficients[k] = static_cast<float>(coefficient * kLeastSeries);
-            binomial *= (kPower - k) / (k + 1.0);
-        }
-        return coefficients;
+        constexpr double kSquare = kMostRemainder * kMostRemainder;
+        double c[7] = {1.0};
+        for (int k = 1; k < 7; ++k)
+            c[k] = c[k - 1] * (static_cast<double>(kPower) - (k - 1)) / k;
+        const double coefficients[] = {c[2] - c[6] * kSquare * kSquare / 8.0, c[3], c[4] + c[6] * kSquare,
+                                       c[5]};
+        std::array<float, 4> series{};
+        for (int i = 0; i < 4; ++i)
+            series[i] = static_cast<float>(coefficients[i] * kLeastSeries);
+        return series;
     }
     static constexpr PairTable kIntervals = Intervals();
     static constexpr PairTable kBinary = Binary();
-    static constexpr std::array<float, 7> kSeries = Series();
+    static constexpr std::array<float, 4> kSeries = Series();
 };
 
 }   // namespace QZ::Foundation

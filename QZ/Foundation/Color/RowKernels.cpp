@@ -13,41 +13,68 @@
 #include "QZ/Foundation/Color/Formulas/Luv.h"
 #include "QZ/Foundation/Color/Formulas/YIQ.h"
 #include "QZ/Foundation/Color/Formulas/Yxy.h"
-#include "QZ/Foundation/Color/Rows.h"
+#include "QZ/Foundation/Color/Stages.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
 
-template <auto formula>
+/// A formula, or a formula, a curve of each component, and so on.
+template <auto... stages>
 HWY_FLATTEN void ColorRow(const RowSettings& settings, const Math::CVector3<float>* in, std::size_t count,
                           Math::CVector3<float>* out)
 {
-    ForEachVector(Components(in), 3, count, Components(out), 3, 0,
-                  [&](const float* from, float* to, bool)
-                      HWY_ATTR { StoreColors(formula(settings, LoadColors(from)), to); });
+    RowIn<float> colors(Components(in), 3);
+    RowOut<float> results(Components(out), 3);
+    Convert<stages...>(
+        settings, count,
+        [&](std::size_t i, std::size_t size) HWY_ATTR { return LoadColors(colors.At(i, size)); },
+        [&](std::size_t i, std::size_t size, const Vec3<Lane>& color)
+            HWY_ATTR { results.Put(i, size, [&](float* to) HWY_ATTR { StoreColors(color, to); }); });
 }
 
-/// The formula treats each component by itself.
-template <auto formula>
+/// The curve of each component.
+template <auto curve>
 HWY_FLATTEN void ComponentRow(const RowSettings& settings, const Math::CVector3<float>* in, std::size_t count,
                               Math::CVector3<float>* out)
 {
-    ForEachVector(Components(in), 1, 3 * count, Components(out), 1, 0,
-                  [&](const float* from, float* to, bool) HWY_ATTR {
-                      const Lane c = hn::LoadU(Lane::Tag(), from);
-                      hn::StoreU(formula(settings, c).vector, Lane::Tag(), to);
-                  });
+    const auto curveOf = [settings](const auto& c) HWY_ATTR { return curve(settings, c); };
+    const std::size_t n = Lane::Size();
+    const std::size_t whole = 3 * count / n * n;
+    MapVectors(Components(in), whole, Components(out), curveOf);
+
+    const std::size_t rest = 3 * count - whole;
+    if (rest == 0)
+        return;
+    RowIn<float> last(Components(in) + whole, 1);
+    RowOut<float>(Components(out) + whole, 1).Put(0, rest, [&](float* to) HWY_ATTR {
+        MapVectors(last.At(0, rest), n, to, curveOf);
+    });
 }
 
-/// The formula starts from linear light.
-template <auto formula>
+/// What linear light a pixel has depends on the byte alone.
+const ByteTable& LinearOfPixels(const RowSettings& settings)
+{
+    return settings.useGamma22 ? LinearOfGamma22Byte() : LinearOfSRGBByte();
+}
+HWY_FLATTEN void LinearFromPixels(const RowSettings& settings, const unsigned char* rgba, std::size_t count,
+                                  Math::CVector3<float>* out)
+{
+    LookUpPixels(LinearOfPixels(settings), rgba, count, out);
+}
+
+/// The first formula starts from linear light.
+template <auto... stages>
 HWY_FLATTEN void FromPixels(const RowSettings& settings, const unsigned char* rgba, std::size_t count,
                             Math::CVector3<float>* out)
 {
-    const ByteTable& linear = settings.useGamma22 ? LinearOfGamma22Byte() : LinearOfSRGBByte();
-    ColorsOfEach(rgba, 4, count, out, [&](const unsigned char* from) HWY_ATTR {
-        return formula(settings, LoadPixels(linear, from));
-    });
+    const ByteTable& linear = LinearOfPixels(settings);
+    RowIn<unsigned char> pixels(rgba, 4);
+    RowOut<float> results(Components(out), 3);
+    Convert<stages...>(
+        settings, count,
+        [&](std::size_t i, std::size_t size) HWY_ATTR { return LoadPixels(linear, pixels.At(i, size)); },
+        [&](std::size_t i, std::size_t size, const Vec3<Lane>& color)
+            HWY_ATTR { results.Put(i, size, [&](float* to) HWY_ATTR { StoreColors(color, to); }); });
 }
 
 /// Unclamped linear light for a curve of bytes: a pure power takes -infinity to +infinity, not to NaN.
@@ -60,15 +87,20 @@ HWY_INLINE Vec3<F> PowerBase(bool isPurePower, const Vec3<F>& v)
     return Map(v, [](F c) HWY_ATTR { return Select(c == -kInfinity, F(kInfinity), c); });
 }
 
-/// The formula ends with linear light. Its clamps are left to the curve, which has them all.
-template <auto formula>
+/// The last formula ends with linear light. Its clamps are left to the curve of bytes, which has them all.
+template <auto... stages>
 HWY_FLATTEN void ToPixels(const RowSettings& settings, const Math::CVector3<float>* in, std::size_t count,
                           unsigned char* rgba)
 {
     const ByteCurve& encode = EncodedByte(settings.useGamma22);
-    ForEachVector(Components(in), 3, count, rgba, 4, 0,
-                  [&](const float* from, unsigned char* to, bool)
-                      HWY_ATTR { StorePixels(encode, formula(settings, LoadColors(from)), to); });
+    RowIn<float> colors(Components(in), 3);
+    RowOut<unsigned char> pixels(rgba, 4);
+    Convert<stages...>(
+        settings, count,
+        [&](std::size_t i, std::size_t size) HWY_ATTR { return LoadColors(colors.At(i, size)); },
+        [&](std::size_t i, std::size_t size, const Vec3<Lane>& color) HWY_ATTR {
+            pixels.Put(i, size, [&](unsigned char* to) HWY_ATTR { StorePixels(encode, color, to); });
+        });
 }
 
 // A formula, as the parameter of a row. The lambdas carry the instruction set themselves: GCC does not pass
@@ -76,16 +108,34 @@ HWY_FLATTEN void ToPixels(const RowSettings& settings, const Math::CVector3<floa
 #define QZ_FORMULA(...) \
     []([[maybe_unused]] const RowSettings& s, const auto& v) HWY_ATTR { return __VA_ARGS__; }
 #define QZ_EACH(...) QZ_FORMULA(Each(v, [](auto c) HWY_ATTR { return __VA_ARGS__; }))
-#define QZ_COMPONENT(...) []([[maybe_unused]] const RowSettings& s, Lane c) HWY_ATTR { return __VA_ARGS__; }
+#define QZ_COMPONENT(...) \
+    []([[maybe_unused]] const RowSettings& s, const auto& c) HWY_ATTR { return __VA_ARGS__; }
+
+// The curves of stages.
+constexpr auto kDecode = QZ_COMPONENT(ComponentToLinear(s.useGamma22, s.extendedRange, c));
+constexpr auto kEncode = QZ_COMPONENT(ComponentToNonlinear(s.useGamma22, s.extendedRange, c));
+constexpr auto kRoot = QZ_COMPONENT(LightnessRoot(c));
+constexpr auto kInverseRoot = QZ_COMPONENT(InverseLightnessRoot(c));
+constexpr auto kCompress = QZ_COMPONENT(SignedPow<Exponent::k0_43>(c));
+constexpr auto kExpand = QZ_COMPONENT(SignedPow<Exponent::k2_325581>(c));
+
+// What several conversions have before, between or after them.
+constexpr auto kSame = QZ_FORMULA(v);
+constexpr auto kRGBToRatio = QZ_FORMULA(LinearRGBToRatio(s.illuminant, v));
+constexpr auto kRatioToRGB = QZ_FORMULA(RatioToLinearRGB(s.extendedRange, s.illuminant, v));
+constexpr auto kRootsToLab = QZ_FORMULA(RootsToLab(v));
+constexpr auto kLabToRoots = QZ_FORMULA(LabToRoots(v));
+constexpr auto kRGBToCones = QZ_FORMULA(Constants::LinearRGBToLMS(s.illuminant) * v);
+constexpr auto kConesToRGB = QZ_FORMULA(LMSToLinearRGB(s.extendedRange, s.illuminant, v));
+constexpr auto kConesToIPT = QZ_FORMULA(Constants::lmsToIPT * v);
+constexpr auto kIPTToCones = QZ_FORMULA(Constants::iptToLMS * v);
 
 const RowKernels kRows =
     {
         .colors =
             {
-                .NonlinearToLinearToneCurve =
-                    ComponentRow<QZ_COMPONENT(ComponentToLinear(s.useGamma22, s.extendedRange, c))>,
-                .LinearToNonlinearToneCurve =
-                    ComponentRow<QZ_COMPONENT(ComponentToNonlinear(s.useGamma22, s.extendedRange, c))>,
+                .NonlinearToLinearToneCurve = ComponentRow<kDecode>,
+                .LinearToNonlinearToneCurve = ComponentRow<kEncode>,
                 .NonlinearToLinear709ToneCurve = ComponentRow<QZ_COMPONENT(Rec709ToLinear(c))>,
                 .LinearToNonlinear709ToneCurve = ComponentRow<QZ_COMPONENT(LinearToRec709(c))>,
                 .NonlinearToLinearApple709ToneCurve = ComponentRow<QZ_COMPONENT(Pow<Exponent::k1_961>(c))>,
@@ -94,18 +144,22 @@ const RowKernels kRows =
                 .SRGBToRGB709 = ComponentRow<QZ_COMPONENT(SRGBToRec709(c))>,
                 .LinearRGBToXYZ = ColorRow<QZ_FORMULA(LinearRGBToXYZ(s.illuminant, v))>,
                 .XYZToLinearRGB = ColorRow<QZ_FORMULA(XYZToLinearRGB(s.extendedRange, s.illuminant, v))>,
-                .SRGBToXYZ = ColorRow<QZ_FORMULA(SRGBToXYZ(s.useGamma22, s.extendedRange, s.illuminant, v))>,
-                .XYZToSRGB = ColorRow<QZ_FORMULA(XYZToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .SRGBToXYZ = ColorRow<kSame, kDecode, QZ_FORMULA(LinearRGBToXYZ(s.illuminant, v))>,
+                .XYZToSRGB =
+                    ColorRow<QZ_FORMULA(XYZToLinearRGB(s.extendedRange, s.illuminant, v)), kEncode, kSame>,
                 .SRGBToYCbCr = ColorRow<QZ_FORMULA(SRGBToYCbCr(v))>,
                 .YCbCrToSRGB = ColorRow<QZ_FORMULA(YCbCrToSRGB(v))>,
                 .RGBToYIQ = ColorRow<QZ_FORMULA(RGBToYIQ(v))>,
                 .YIQToRGB = ColorRow<QZ_FORMULA(YIQToRGB(v))>,
-                .XYZtoLab = ColorRow<QZ_FORMULA(XYZToLab(s.illuminant, v))>,
-                .LabToXYZ = ColorRow<QZ_FORMULA(LabToXYZ(s.illuminant, v))>,
-                .LinearRGBToLab = ColorRow<QZ_FORMULA(LinearRGBToLab(s.illuminant, v))>,
-                .LabToLinearRGB = ColorRow<QZ_FORMULA(LabToLinearRGB(s.extendedRange, s.illuminant, v))>,
-                .SRGBToLab = ColorRow<QZ_FORMULA(SRGBToLab(s.useGamma22, s.extendedRange, s.illuminant, v))>,
-                .LabToSRGB = ColorRow<QZ_FORMULA(LabToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .XYZtoLab = ColorRow<QZ_FORMULA(XYZToRatio(s.illuminant, v)), kRoot, kRootsToLab>,
+                .LabToXYZ = ColorRow<kLabToRoots, kInverseRoot, QZ_FORMULA(RatioToXYZ(s.illuminant, v))>,
+                .LinearRGBToLab = ColorRow<kRGBToRatio, kRoot, kRootsToLab>,
+                .LabToLinearRGB = ColorRow<kLabToRoots, kInverseRoot, kRatioToRGB>,
+                .SRGBToLab = ColorRow<kSame, kDecode, kRGBToRatio, kRoot, kRootsToLab>,
+                .LabToSRGB =
+                    ColorRow<kLabToRoots, kInverseRoot,
+                             QZ_FORMULA(ClampToUnit(RatioToLinearRGB(s.extendedRange, s.illuminant, v))),
+                             kEncode, kSame>,
                 .ExtendedRangeSRGBToLab =
                     ColorRow<QZ_FORMULA(ExtendedRangeSRGBToLab(s.useGamma22, s.illuminant, v))>,
                 .LabToExtendedRangeSRGB =
@@ -124,12 +178,13 @@ const RowKernels kRows =
                 .YxyToLinearRGB = ColorRow<QZ_FORMULA(YxyToLinearRGB(s.extendedRange, s.illuminant, v))>,
                 .RGBToHSV = ColorRow<QZ_FORMULA(RGBToHSV(v))>,
                 .HSVToRGB = ColorRow<QZ_FORMULA(HSVToRGB(v))>,
-                .XYZToIPT = ColorRow<QZ_FORMULA(XYZToIPT(s.illuminant, v))>,
-                .IPTToXYZ = ColorRow<QZ_FORMULA(IPTToXYZ(s.illuminant, v))>,
-                .LinearRGBToIPT = ColorRow<QZ_FORMULA(LinearRGBToIPT(s.illuminant, v))>,
-                .IPTToLinearRGB = ColorRow<QZ_FORMULA(IPTToLinearRGB(s.extendedRange, s.illuminant, v))>,
-                .SRGBToIPT = ColorRow<QZ_FORMULA(SRGBToIPT(s.useGamma22, s.extendedRange, s.illuminant, v))>,
-                .IPTToSRGB = ColorRow<QZ_FORMULA(IPTToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .XYZToIPT = ColorRow<QZ_FORMULA(Constants::XYZToLMS(s.illuminant) * v), kCompress,
+                                     kConesToIPT>,
+                .IPTToXYZ = ColorRow<kIPTToCones, kExpand, QZ_FORMULA(Constants::LMSToXYZ(s.illuminant) * v)>,
+                .LinearRGBToIPT = ColorRow<kRGBToCones, kCompress, kConesToIPT>,
+                .IPTToLinearRGB = ColorRow<kIPTToCones, kExpand, kConesToRGB>,
+                .SRGBToIPT = ColorRow<kSame, kDecode, kRGBToCones, kCompress, kConesToIPT>,
+                .IPTToSRGB = ColorRow<kIPTToCones, kExpand, kConesToRGB, kEncode, kSame>,
                 .IPTToICH = ColorRow<QZ_FORMULA(IPTToICH(v))>,
                 .ICHToIPT = ColorRow<QZ_FORMULA(ICHToIPT(v))>,
                 .LinearRGBToICH = ColorRow<QZ_FORMULA(LinearRGBToICH(s.illuminant, v))>,
@@ -154,14 +209,15 @@ const RowKernels kRows =
             },
         .fromPixels =
             {
-                .NonlinearToLinearToneCurve = FromPixels<QZ_FORMULA(v)>,
+                .NonlinearToLinearToneCurve = LinearFromPixels,
                 .SRGBToRGB709 = FromPixels<QZ_EACH(LinearToRec709(c))>,
                 .SRGBToXYZ = FromPixels<QZ_FORMULA(LinearRGBToXYZ(s.illuminant, v))>,
-                .SRGBToLab = FromPixels<QZ_FORMULA(LinearRGBToLab(s.illuminant, v))>,
+                .SRGBToLab = FromPixels<kRGBToRatio, kRoot, kRootsToLab>,
                 .ExtendedRangeSRGBToLab =
-                    FromPixels<QZ_FORMULA(XYZToLab(s.illuminant, LinearRGBToXYZ(CColor::eD50, v)))>,
+                    FromPixels<QZ_FORMULA(XYZToRatio(s.illuminant, LinearRGBToXYZ(CColor::eD50, v))), kRoot,
+                               kRootsToLab>,
                 .SRGBToLuv = FromPixels<QZ_FORMULA(LinearRGBToLuv(s.illuminant, v))>,
-                .SRGBToIPT = FromPixels<QZ_FORMULA(LinearRGBToIPT(s.illuminant, v))>,
+                .SRGBToIPT = FromPixels<kRGBToCones, kCompress, kConesToIPT>,
                 .SRGBToLMS = FromPixels<QZ_FORMULA(Constants::XYZToLMS(s.illuminant) *
                                                    LinearRGBToXYZ(s.illuminant, v))>,
                 .DisplayP3ToXYZ = FromPixels<QZ_FORMULA(LinearDisplayP3ToXYZ(s.illuminant, v))>,
@@ -171,7 +227,8 @@ const RowKernels kRows =
                 .SRGBToDisplayP3 = FromPixels<QZ_FORMULA(XYZToDisplayP3(s.useGamma22, s.illuminant,
                                                                         LinearRGBToXYZ(s.illuminant, v)))>,
                 .DisplayP3ToLab =
-                    FromPixels<QZ_FORMULA(XYZToLab(s.illuminant, LinearDisplayP3ToXYZ(s.illuminant, v)))>,
+                    FromPixels<QZ_FORMULA(XYZToRatio(s.illuminant, LinearDisplayP3ToXYZ(s.illuminant, v))),
+                               kRoot, kRootsToLab>,
                 .DisplayP3ToIPT = FromPixels<QZ_FORMULA(LinearDisplayP3ToIPT(s.illuminant, v))>,
             },
         .toPixels =
@@ -179,11 +236,14 @@ const RowKernels kRows =
                 .LinearToNonlinearToneCurve =
                     ToPixels<QZ_FORMULA(PowerBase(s.useGamma22 && !s.extendedRange, v))>,
                 .XYZToSRGB = ToPixels<QZ_FORMULA(XYZToLinearRGB(true, s.illuminant, v))>,
-                .LabToSRGB = ToPixels<QZ_FORMULA(LabToLinearRGB(true, s.illuminant, v))>,
+                .LabToSRGB =
+                    ToPixels<kLabToRoots, kInverseRoot, QZ_FORMULA(RatioToLinearRGB(true, s.illuminant, v))>,
                 .LabToExtendedRangeSRGB =
-                    ToPixels<QZ_FORMULA(XYZToLinearRGB(true, CColor::eD50, LabToXYZ(s.illuminant, v)))>,
+                    ToPixels<kLabToRoots, kInverseRoot,
+                             QZ_FORMULA(XYZToLinearRGB(true, CColor::eD50, RatioToXYZ(s.illuminant, v)))>,
                 .LuvToSRGB = ToPixels<QZ_FORMULA(LuvToLinearRGB(true, s.illuminant, v))>,
-                .IPTToSRGB = ToPixels<QZ_FORMULA(IPTToLinearRGB(true, s.illuminant, v))>,
+                .IPTToSRGB =
+                    ToPixels<kIPTToCones, kExpand, QZ_FORMULA(LMSToLinearRGB(true, s.illuminant, v))>,
                 .XYZToDisplayP3 =
                     ToPixels<QZ_FORMULA(PowerBase(s.useGamma22, XYZToLinearDisplayP3(s.illuminant, v)))>,
                 .LinearDisplayP3ToDisplayP3 = ToPixels<QZ_FORMULA(PowerBase(s.useGamma22, v))>,
@@ -191,10 +251,11 @@ const RowKernels kRows =
                     ToPixels<QZ_FORMULA(
                         XYZToLinearRGB(true, s.illuminant, DisplayP3ToXYZ(s.useGamma22, s.illuminant, v)))>,
                 .SRGBToDisplayP3 =
-                    ToPixels<QZ_FORMULA(PowerBase(
-                        s.useGamma22,
-                        XYZToLinearDisplayP3(s.illuminant,
-                                             SRGBToXYZ(s.useGamma22, s.extendedRange, s.illuminant, v))))>,
+                    ToPixels<QZ_FORMULA(
+                        PowerBase(
+                            s.useGamma22,
+                            XYZToLinearDisplayP3(
+                                s.illuminant, SRGBToXYZ(s.useGamma22, s.extendedRange, s.illuminant, v))))>,
                 .LabToDisplayP3 =
                     ToPixels<QZ_FORMULA(PowerBase(s.useGamma22,
                                                   XYZToLinearDisplayP3(s.illuminant,

@@ -38,6 +38,13 @@ HWY_INLINE Vec3<F> IPTToLMS(const Vec3<F>& ipt)
 }
 
 template <class F>
+HWY_INLINE Vec3<F> LMSToLinearRGB(bool extendedRange, CColor::EIlluminant illuminant, const Vec3<F>& lms)
+{
+    const Vec3<F> rgb = Constants::LMSToLinearRGB(illuminant) * lms;
+    return extendedRange ? rgb : ClampToUnit(rgb);
+}
+
+template <class F>
 HWY_INLINE Vec3<F> XYZToIPT(CColor::EIlluminant illuminant, const Vec3<F>& xyz)
 {
     return LMSToIPT(Constants::XYZToLMS(illuminant) * xyz);
@@ -55,8 +62,7 @@ HWY_INLINE Vec3<F> LinearRGBToIPT(CColor::EIlluminant illuminant, const Vec3<F>&
 template <class F>
 HWY_INLINE Vec3<F> IPTToLinearRGB(bool extendedRange, CColor::EIlluminant illuminant, const Vec3<F>& ipt)
 {
-    const Vec3<F> rgb = Constants::LMSToLinearRGB(illuminant) * IPTToLMS(ipt);
-    return extendedRange ? rgb : ClampToUnit(rgb);
+    return LMSToLinearRGB(extendedRange, illuminant, IPTToLMS(ipt));
 }
 template <class F>
 HWY_INLINE Vec3<F> SRGBToIPT(bool useGamma22, bool extendedRange, CColor::EIlluminant illuminant,

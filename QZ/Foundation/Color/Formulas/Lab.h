@@ -17,24 +17,53 @@
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
 
-/// CIE 15:2004, 8.2.1.1. L alone is clamped.
+/// XYZ over that of the white.
+template <class F>
+HWY_INLINE Vec3<F> XYZToRatio(CColor::EIlluminant illuminant, const Vec3<F>& xyz)
+{
+    const Constants::Vector& inverseWhite = Constants::InvXYZReference(illuminant);
+    return {xyz.x * inverseWhite.x, xyz.y * inverseWhite.y, xyz.z * inverseWhite.z};
+}
+template <class F>
+HWY_INLINE Vec3<F> RatioToXYZ(CColor::EIlluminant illuminant, const Vec3<F>& ratio)
+{
+    const Constants::Vector& white = Constants::XYZReference(illuminant);
+    return {ratio.x * white.x, ratio.y * white.y, ratio.z * white.z};
+}
+template <class F>
+HWY_INLINE Vec3<F> LinearRGBToRatio(CColor::EIlluminant illuminant, const Vec3<F>& rgb)
+{
+    return XYZToRatio(illuminant, LinearRGBToXYZ(illuminant, rgb));
+}
+template <class F>
+HWY_INLINE Vec3<F> RatioToLinearRGB(bool extendedRange, CColor::EIlluminant illuminant, const Vec3<F>& ratio)
+{
+    return XYZToLinearRGB(extendedRange, illuminant, RatioToXYZ(illuminant, ratio));
+}
+
+/// Lab of the roots of the three ratios (CIE 15:2004, 8.2.1.1). L alone is clamped.
+template <class F>
+HWY_INLINE Vec3<F> RootsToLab(const Vec3<F>& f)
+{
+    return {ClampToUnit(1.16f * f.y - 0.16f), (f.x - f.y) * 5.0f, (f.y - f.z) * 2.0f};
+}
+template <class F>
+HWY_INLINE Vec3<F> LabToRoots(const Vec3<F>& lab)
+{
+    const F fy = (lab.x + 0.16f) * 0.862069f;
+    return {lab.y * 0.2f + fy, fy, lab.z * -0.5f + fy};
+}
+
 template <class F>
 HWY_INLINE Vec3<F> XYZToLab(CColor::EIlluminant illuminant, const Vec3<F>& xyz)
 {
-    const Constants::Vector& inverseWhite = Constants::InvXYZReference(illuminant);
-    const Vec3<F> ratio{xyz.x * inverseWhite.x, xyz.y * inverseWhite.y, xyz.z * inverseWhite.z};
-    const Vec3<F> f = Each(ratio, [](auto t) HWY_ATTR { return LightnessRoot(t); });
-    return {ClampToUnit(1.16f * f.y - 0.16f), (f.x - f.y) * 5.0f, (f.y - f.z) * 2.0f};
+    return RootsToLab(Each(XYZToRatio(illuminant, xyz), [](auto t) HWY_ATTR { return LightnessRoot(t); }));
 }
 template <class F>
 HWY_INLINE Vec3<F> LabToXYZ(CColor::EIlluminant illuminant, const Vec3<F>& lab)
 {
-    const Constants::Vector& white = Constants::XYZReference(illuminant);
-    const F fy = (lab.x + 0.16f) * 0.862069f;
-    const F fx = lab.y * 0.2f + fy;
-    const F fz = lab.z * -0.5f + fy;
-    const Vec3<F> ratio = Each(Vec3<F>(fx, fy, fz), [](auto f) HWY_ATTR { return InverseLightnessRoot(f); });
-    return {ratio.x * white.x, ratio.y * white.y, ratio.z * white.z};
+    return RatioToXYZ(illuminant,
+                      Each(LabToRoots(lab), [](auto f) HWY_ATTR { return InverseLightnessRoot(f); }));
 }
 
 template <class F>
