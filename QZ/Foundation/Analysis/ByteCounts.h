@@ -13,7 +13,7 @@ namespace QZ::Foundation {
 ///
 /// Neighbouring pixels are often equal, and a counter that is incremented twice in a row waits for itself;
 /// four tables taken in turn hide that. Many bytes in a row are counted by pairs, which halves the
-/// increments.
+/// increments, and from two places far apart in turn, whose pairs are seldom the same.
 class ByteCounts {
 public:
     /// Counts the n bytes at data, data + stride, ...
@@ -40,22 +40,26 @@ public:
 private:
     static constexpr std::ptrdiff_t kMany = 1 << 19;   // far more than there are different pairs
 
-    /// Counts the bytes but up to seven at the end; returns how many.
+    /// Counts the bytes but up to 15 at the end; returns how many.
     std::ptrdiff_t AddPairs(const unsigned char* data, std::ptrdiff_t n)
     {
         std::vector<std::uint32_t> pairs(0x10000);
-        std::ptrdiff_t k = 0;
-        for (; k + 8 <= n; k += 8) {
-            std::uint64_t bytes = 0;
-            std::memcpy(&bytes, data + k, 8);
-            for (int i = 0; i < 64; i += 16)
-                ++pairs[bytes >> i & 0xffff];
+        const std::ptrdiff_t half = n / 16 * 8;
+        for (std::ptrdiff_t k = 0; k < half; k += 8) {
+            std::uint64_t first = 0;
+            std::uint64_t second = 0;
+            std::memcpy(&first, data + k, 8);
+            std::memcpy(&second, data + half + k, 8);
+            for (int i = 0; i < 64; i += 16) {
+                ++pairs[first >> i & 0xffff];
+                ++pairs[second >> i & 0xffff];
+            }
         }
         for (std::size_t pair = 0; pair < pairs.size(); ++pair) {
             m_tables[0][pair & 0xff] += pairs[pair];
             m_tables[1][pair >> 8] += pairs[pair];
         }
-        return k;
+        return 2 * half;
     }
 
     std::array<std::array<std::uint32_t, 256>, 4> m_tables{};
