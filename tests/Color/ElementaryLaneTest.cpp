@@ -56,6 +56,12 @@ void EveryFunctionOfRow(const float* x, const float* y, std::size_t n, float* ou
     }
 }
 
+void ExpOfRow(const float* x, std::size_t n, float* out)
+{
+    for (std::size_t i = 0; i < n; i += Lane::Size())
+        hn::StoreU(Exp(Lane(hn::LoadU(Lane::Tag(), x + i))).vector, Lane::Tag(), out + i);
+}
+
 }   // namespace QZ::Foundation::QZ_TARGET
 HWY_AFTER_NAMESPACE();
 
@@ -64,6 +70,7 @@ namespace QZ::Foundation {
 namespace {
 
 HWY_EXPORT(EveryFunctionOfRow);
+HWY_EXPORT(ExpOfRow);
 
 class ElementaryOfLane : public Test::TargetTest {};
 QZ_INSTANTIATE_TARGETS(ElementaryOfLane);
@@ -83,6 +90,19 @@ TEST_P(ElementaryOfLane, HasTheBitsOfSingleFloats)
             ASSERT_TRUE(QZ::Test::SameBits(single[f], row[kFunctionCount * i + f]))
                 << "function " << f << " of " << x[i] << ", " << y[i];
     }
+}
+
+// One exponential in a thousand lies so near a midpoint that vectors work it as single floats are.
+TEST_P(ElementaryOfLane, HasTheExponentialsOfSingleFloatsCloseTogether)
+{
+    constexpr int n = 1 << 21;
+    std::vector<float> x;
+    for (int i = 0; i < n; ++i)
+        x.push_back(static_cast<float>(i - n / 2) * 0x1.07p-17f);   // past 8 on either side
+    std::vector<float> row(x.size());
+    HWY_DYNAMIC_DISPATCH(ExpOfRow)(x.data(), x.size(), row.data());
+    for (std::size_t i = 0; i < x.size(); ++i)
+        ASSERT_TRUE(QZ::Test::SameBits(QZ_TARGET::Exp(x[i]), row[i])) << x[i];
 }
 
 }   // namespace

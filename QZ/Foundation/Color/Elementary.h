@@ -387,7 +387,7 @@ struct QuickPower {
     LaneMask isOpen;   ///< in whatever places
 };
 template <Exponent exponent>
-HWY_INLINE QuickPower QuickPow(Lane x)
+HWY_INLINE QuickPower QuickPowInDoubles(Lane x)
 {
     const bool isCube = exponent == Exponent::k3;
     const Lane magnitude = isCube ? Abs(x) : x;
@@ -405,15 +405,15 @@ HWY_INLINE QuickPower QuickPow(Lane x)
 template <Exponent exponent>
 HWY_INLINE Lane PowInDoubles(Lane x)
 {
-    const QuickPower quick = QuickPow<exponent>(x);
+    const QuickPower quick = QuickPowInDoubles<exponent>(x);
     return HWY_LIKELY(NoneTrue(quick.isOpen)) ? quick.result : PowOfAny<exponent>(x);
 }
 template <Exponent exponent>
 HWY_INLINE LaneTriple PowInDoubles(const LaneTriple& v)
 {
-    const QuickPower x = QuickPow<exponent>(v.x);
-    const QuickPower y = QuickPow<exponent>(v.y);
-    const QuickPower z = QuickPow<exponent>(v.z);
+    const QuickPower x = QuickPowInDoubles<exponent>(v.x);
+    const QuickPower y = QuickPowInDoubles<exponent>(v.y);
+    const QuickPower z = QuickPowInDoubles<exponent>(v.z);
     if (HWY_LIKELY(NoneTrue(Or(Or(x.isOpen, y.isOpen), z.isOpen))))
         return {x.result, y.result, z.result};
     return PowOfAny<exponent>(v);
@@ -431,18 +431,29 @@ HWY_NOINLINE F PowInDoubt(F x)
 template <Exponent exponent>
 HWY_INLINE Lane Pow(Lane x)
 {
-    const PairPower quick = QuickPairPow<exponent>(x);
-    return HWY_LIKELY(NoneSet(quick.doubts)) ? quick.result : PowInDoubt<exponent>(x);
+    const PairResult quick = QuickPow<exponent>(x);
+    return HWY_LIKELY(NoneSet(quick.doubts)) ? quick.value : PowInDoubt<exponent>(x);
 }
 template <Exponent exponent>
 HWY_INLINE LaneTriple Pow(const LaneTriple& v)
 {
-    const PairPower x = QuickPairPow<exponent>(v.x);
-    const PairPower y = QuickPairPow<exponent>(v.y);
-    const PairPower z = QuickPairPow<exponent>(v.z);
+    const PairResult x = QuickPow<exponent>(v.x);
+    const PairResult y = QuickPow<exponent>(v.y);
+    const PairResult z = QuickPow<exponent>(v.z);
     if (HWY_LIKELY(NoneSet(Or(Or(x.doubts, y.doubts), z.doubts))))
-        return {x.result, y.result, z.result};
+        return {x.value, y.value, z.value};
     return PowInDoubt<exponent>(v);
+}
+
+template <class F>
+HWY_NOINLINE F ExpInDoubt(F x)
+{
+    return Exp<F>(x);
+}
+HWY_INLINE Lane Exp(Lane x)
+{
+    const PairResult quick = QuickExp(x);
+    return HWY_LIKELY(NoneSet(quick.doubts)) ? quick.value : ExpInDoubt(x);
 }
 
 #else

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
 /// \file
-/// Powers as sums of two floats, for vectors that fuse a product with a sum: a vector holds twice as many
-/// floats as doubles.
+/// Powers and exponentials as sums of two floats, for vectors that fuse a product with a sum: a vector holds
+/// twice as many floats as doubles.
 
 #if defined(QZ_FOUNDATION_COLOR_PAIRPOWER) == defined(HWY_TARGET_TOGGLE)
 #ifdef QZ_FOUNDATION_COLOR_PAIRPOWER
@@ -65,6 +65,15 @@ HWY_INLINE TwoRoundings Round(Lane high, Lane leastLow, Lane mostLow)
     return {high + leastLow, high + mostLow};
 }
 
+/// scale (1 + first + rest), and the same with mostRest.
+HWY_INLINE TwoRoundings Round(LanePair scale, Lane first, Lane rest, Lane mostRest)
+{
+    const Lane high = FusedMulAdd(scale.high, first, scale.high);
+    const Lane remainder = FusedMulAdd(scale.high, first, scale.high - high);   // exact
+    const Lane low = FusedMulAdd(scale.low, first, scale.low + remainder);
+    return Round(high, FusedMulAdd(scale.high, rest, low), FusedMulAdd(scale.high, mostRest, low));
+}
+
 /// x^3, whose low part errs by two roundings of 2^-48.
 HWY_INLINE TwoRoundings CubeInPairs(Lane x)
 {
@@ -97,39 +106,15 @@ HWY_INLINE TwoRoundings PowInPairs(Lane x)
         FusedMulAdd(t2, FusedMulAdd(t, Lane(c[3]), Lane(c[2])), FusedMulAdd(t, Lane(c[1]), Lane(c[0])));
     const Lane rest = FusedMulAdd(t2, series, FusedMulSub(p, t, first));
     const Lane mostRest = FusedMulAdd(rest, Lane(Factors::kMostSeries), Lane(Factors::kMostSum));
-
-    const Lane high = FusedMulAdd(scale.high, first, scale.high);
-    const Lane remainder = FusedMulAdd(scale.high, first, scale.high - high);
-    const Lane low = FusedMulAdd(scale.low, first, scale.low + remainder);
-    return Round(high, FusedMulAdd(scale.high, rest, low), FusedMulAdd(scale.high, mostRest, low));
+    return Round(scale, first, rest, mostRest);
 }
 
-/// A power, and bits that are set where it is not sure: outside 2^-15 to 2, and where the roundings differ.
-struct PairPower {
-    Lane result;
-    LaneCells doubts;
-};
+/// The bits in which a and b differ.
 HWY_INLINE LaneCells Difference(Lane a, Lane b)
 {
     const hn::RebindToUnsigned<Lane::Tag> tag;
     return {hn::Xor(hn::BitCast(tag, a.vector), hn::BitCast(tag, b.vector))};
 }
-template <Exponent exponent>
-HWY_INLINE PairPower QuickPairPow(Lane x)
-{
-    // All floats from 2^-15 to 2, and no others, begin with the same five bits. A cube may have any sign.
-    constexpr bool isCube = exponent == Exponent::k3;
-    const hn::RebindToUnsigned<Lane::Tag> tag;
-    const auto outside =
-        hn::And(Difference(x, Lane(0x1p-15f)).bits, hn::Set(tag, isCube ? 0x78000000u : 0xf8000000u));
-    TwoRoundings roundings;
-    if constexpr (isCube)
-        roundings = CubeInPairs(x);
-    else
-        roundings = PowInPairs<exponent>(x);
-    return {roundings.least, {hn::Or(outside, Difference(roundings.least, roundings.most).bits)}};
-}
-
 HWY_INLINE LaneCells Or(LaneCells a, LaneCells b)
 {
     return {hn::Or(a.bits, b.bits)};
@@ -138,6 +123,67 @@ HWY_INLINE bool NoneSet(LaneCells doubts)
 {
     const hn::RebindToUnsigned<Lane::Tag> tag;
     return hn::AllTrue(tag, hn::Eq(doubts.bits, hn::Zero(tag)));
+}
+
+/// A result, and bits that are set where it is not sure: where the roundings differ, and outside a range.
+struct PairResult {
+    Lane value;
+    LaneCells doubts;
+};
+HWY_INLINE PairResult ResultOf(const TwoRoundings& roundings, LaneCells outside)
+{
+    return {roundings.least, Or(outside, Difference(roundings.least, roundings.most))};
+}
+
+/// Sure from 2^-15 to 2 but for one in 3,000.
+template <Exponent exponent>
+HWY_INLINE PairResult QuickPow(Lane x)
+{
+    // All floats from 2^-15 to 2, and no others, begin with the same five bits. A cube may have any sign.
+    constexpr bool isCube = exponent == Exponent::k3;
+    const hn::RebindToUnsigned<Lane::Tag> tag;
+    const auto prefix = hn::Set(tag, isCube ? 0x78000000u : 0xf8000000u);
+    const LaneCells outside = {hn::And(Difference(x, Lane(0x1p-15f)).bits, prefix)};
+    if constexpr (isCube)
+        return ResultOf(CubeInPairs(x), outside);
+    else
+        return ResultOf(PowInPairs<exponent>(x), outside);
+}
+
+/// e^x for |x| up to 8.
+HWY_INLINE TwoRoundings ExpInPairs(Lane x)
+{
+    // x = n ln 2 / 16 + remainder + low
+    const hn::RebindToUnsigned<Lane::Tag> tag;
+    const Lane shift(12582912.0f);   // 1.5 2^23: the nearest integer comes to the low bits
+    const Lane shifted = FusedMulAdd(x, Lane(PairExp::kStepsOf1), shift);
+    const Lane n = shifted - shift;
+    const Lane most = FusedMulAdd(n, Lane(-PairExp::kUpperStep), x);   // exact
+    const Lane step = n * PairExp::kLowerStep;
+    const Lane remainder = most - step;
+    const Lane low = (most - remainder) - step;
+
+    // e^remainder = 1 + remainder + rest
+    const LaneCells cell = {hn::BitCast(tag, shifted.vector)};
+    constexpr auto& c = PairExp::kSeries;
+    const Lane r2 = remainder * remainder;
+    const Lane series = FusedMulAdd(r2, FusedMulAdd(remainder, Lane(c[3]), Lane(c[2])),
+                                    FusedMulAdd(remainder, Lane(c[1]), Lane(c[0])));
+    const Lane rest = FusedMulAdd(r2, series, low);
+    const Lane mostRest = FusedMulAdd(rest, Lane(PairExp::kMostSeries), Lane(PairExp::kMostSum));
+    const TwoRoundings mantissa = Round(Lookup(PairExp::kPowers, cell), remainder, rest, mostRest);
+
+    const auto exponent = hn::ShiftLeft<23>(hn::ShiftRight<4>(cell.bits));
+    const auto scaled = [&](Lane m) HWY_ATTR -> Lane {
+        return hn::BitCast(Lane::Tag(), hn::Add(hn::BitCast(tag, m.vector), exponent));
+    };
+    return {scaled(mantissa.least), scaled(mantissa.most)};
+}
+HWY_INLINE PairResult QuickExp(Lane x)
+{
+    // Of two operands Max() takes the second where either is NaN.
+    const Lane bound(8.0f);
+    return ResultOf(ExpInPairs(x), Difference(hn::Max(bound.vector, Abs(x).vector), bound));
 }
 
 }   // namespace QZ::Foundation::QZ_TARGET

@@ -114,4 +114,35 @@ struct PairFactors {
     static constexpr std::array<float, 4> kSeries = Series();
 };
 
+/// 2^(i / 16), times a factor.
+constexpr PairTable SixteenthPowersOf2(double factor)
+{
+    double numbers[16];
+    for (int i = 0; i < 16; ++i)
+        numbers[i] = Math::Detail::kExp2[2 * i].high * factor;
+    return PairTable(numbers);
+}
+
+/// What e^x needs in pairs of floats. The margins are those of PairFactors.
+struct PairExp {
+    static constexpr double kSeriesMargin = 6 * 0x1p-24;
+    static constexpr double kMargin = 0x1p-36;
+    static constexpr float kMostSeries = static_cast<float>(1.0 + 2.0 * kSeriesMargin);
+    static constexpr float kMostSum = static_cast<float>(3.0 * kMargin);
+
+    /// ln 2 / 16; the upper part so short that it times an integer below 256 is a float.
+    static constexpr double kStep = ElementaryTables::kLn2.high / 16.0;
+    static constexpr float kUpperStep = static_cast<float>(static_cast<int>(kStep * 0x1p20)) * 0x1p-20f;
+    static constexpr float kLowerStep = static_cast<float>(kStep - kUpperStep);
+    static constexpr float kStepsOf1 = static_cast<float>(1.0 / kStep);
+
+    static constexpr PairTable kPowers = SixteenthPowersOf2(1.0 - kMargin);
+    static constexpr float kSeries[] = {
+        static_cast<float>(1.0 / 2.0 * (1.0 - kSeriesMargin)),
+        static_cast<float>(1.0 / 6.0 * (1.0 - kSeriesMargin)),
+        static_cast<float>(1.0 / 24.0 * (1.0 - kSeriesMargin)),
+        static_cast<float>(1.0 / 120.0 * (1.0 - kSeriesMargin)),
+    };
+};
+
 }   // namespace QZ::Foundation

@@ -69,8 +69,13 @@ HWY_INLINE QuickLane Choose(LaneMask mask, const QuickLane& x, A&& a, B&& b)
 template <Exponent exponent>
 HWY_INLINE QuickLane Pow(const QuickLane& x)
 {
-    const PairPower power = QuickPairPow<exponent>(x.value);
-    return {power.result, Or(x.doubts, power.doubts)};
+    const PairResult power = QuickPow<exponent>(x.value);
+    return {power.value, Or(x.doubts, power.doubts)};
+}
+HWY_INLINE QuickLane Exp(const QuickLane& x)
+{
+    const PairResult power = QuickExp(x.value);
+    return {power.value, Or(x.doubts, power.doubts)};
 }
 
 }   // namespace QZ::Foundation::QZ_TARGET
