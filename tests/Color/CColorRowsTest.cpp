@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 #include "tests/Support/Floats.h"
@@ -50,6 +51,7 @@ class ColorRows : public QZ::Test::TargetTest {};
 QZ_INSTANTIATE_TARGETS(ColorRows);
 
 constexpr std::size_t kMost = 67;   // past four vectors of the widest lane and a rest
+constexpr std::size_t kSeveralBlocks = 2 * 512 + 67;
 
 }   // namespace
 
@@ -82,10 +84,22 @@ TEST_P(ColorRows, GiveTheBitsOfTheSingleConversionAtEveryAlignmentAndInPlace)
         }
 }
 
+TEST_P(ColorRows, GiveTheBitsOfTheSingleConversionOverSeveralBlocksInPlace)
+{
+    const Colors in = EdgeColors(kSeveralBlocks);
+    for (const auto& conversion : ColorConversions())
+        for (const Settings& settings : AllSettings()) {
+            Colors colors = in;
+            conversion.row(settings, colors, colors);
+            for (std::size_t i = 0; i < in.size(); ++i)
+                ASSERT_TRUE(SameBits(colors[i], conversion.single(settings, in[i])))
+                    << conversion.name << " at " << i;
+        }
+}
+
 TEST_P(ColorRows, ReadPixelsAsBytesTimesTheReciprocalOf255)
 {
-    for (const std::size_t count :
-         {std::size_t(0), std::size_t(1), std::size_t(15), kMost, std::size_t(1024)}) {
+    for (const std::size_t count : {std::size_t(0), std::size_t(1), std::size_t(15), kMost, kSeveralBlocks}) {
         const Pixels in = EveryByte(count);
         for (const auto& conversion : FromPixelConversions())
             for (const Settings& settings : AllSettings()) {
@@ -98,7 +112,8 @@ TEST_P(ColorRows, ReadPixelsAsBytesTimesTheReciprocalOf255)
     }
 }
 
-// From 4 MiB on, colours are written past the caches, vectors where a vector may begin.
+// From 4 MiB on, colours that are only looked up are written past the caches, vectors where a vector may
+// begin.
 TEST_P(ColorRows, GiveTheSameColorsInALargeRowAtEveryAlignment)
 {
     constexpr std::size_t kMany = (std::size_t(4) << 20) / sizeof(Color) + 7;
@@ -106,13 +121,14 @@ TEST_P(ColorRows, GiveTheSameColorsInALargeRowAtEveryAlignment)
     Colors parts(kMany);
     for (std::size_t first = 0; first < kMany; first += 1000) {
         const std::size_t n = std::min<std::size_t>(1000, kMany - first);
-        QZ::Foundation::CColorRows::SRGBToXYZ(false, false, CColor::eD50, {in.data() + 4 * first, 4 * n},
-                                              {parts.data() + first, n});
+        QZ::Foundation::CColorRows::NonlinearToLinearToneCurve(
+            false, false, std::span(in).subspan(4 * first, 4 * n), {parts.data() + first, n});
     }
     Colors whole(kMany + 17);
     for (std::size_t start = 0; start < 16; ++start) {
         std::fill(whole.begin(), whole.end(), Color(7, 8, 9));
-        QZ::Foundation::CColorRows::SRGBToXYZ(false, false, CColor::eD50, in, {whole.data() + start, kMany});
+        QZ::Foundation::CColorRows::NonlinearToLinearToneCurve(false, false, std::span(in),
+                                                               {whole.data() + start, kMany});
         for (std::size_t i = 0; i < kMany; ++i)
             ASSERT_TRUE(SameBits(whole[start + i], parts[i])) << i << " from " << start;
         ASSERT_TRUE(SameBits(whole[start + kMany], Color(7, 8, 9)));
@@ -122,8 +138,7 @@ TEST_P(ColorRows, GiveTheSameColorsInALargeRowAtEveryAlignment)
 
 TEST_P(ColorRows, WritePixelsRoundedToTheNearestByteWithAFourthByteOf255)
 {
-    for (const std::size_t count :
-         {std::size_t(0), std::size_t(1), std::size_t(15), kMost, std::size_t(1024)}) {
+    for (const std::size_t count : {std::size_t(0), std::size_t(1), std::size_t(15), kMost, kSeveralBlocks}) {
         const Colors in = EdgeColors(count);
         for (const auto& conversion : ToPixelConversions())
             for (const Settings& settings : AllSettings()) {

@@ -11,7 +11,7 @@
 #include "QZ/Foundation/Color/Formulas/IPT.h"
 #include "QZ/Foundation/Color/Formulas/Lab.h"
 #include "QZ/Foundation/Color/Formulas/Luv.h"
-#include "QZ/Foundation/Color/Rows.h"
+#include "QZ/Foundation/Color/Stages.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
@@ -99,38 +99,59 @@ HWY_INLINE LaneInts BinsOf(const HueBins& binOf, Lane y, Lane x)
     return BinsOfAny(binOf, y, x);
 }
 
-/// 1 / (1 + e^(10 x)): falls from 1 to 0 about x = 0.
-template <class F>
-HWY_INLINE F LogisticFall(F x)
-{
-    return 1.0f / (Exp(x * 10.0f) + 1.0f);
-}
+/// \name Two weights, each by 1 / (1 + e^x), which falls from 1 to 0 about x = 0
+/// The exponent x is one function, the weight of e^x another: all exponentials of a row are worked together.
+/// \{
 
 /// 0 for saturation 0, a half at 0.5, 1 for 1.
 template <class F>
-HWY_INLINE F SaturationWeight(F saturation)
+HWY_INLINE F SaturationExponent(F saturation)
 {
-    return (LogisticFall(0.5f - saturation) - 0.006692851f) * 1.0135672f;
+    return (0.5f - saturation) * 10.0f;
+}
+template <class F>
+HWY_INLINE F SaturationWeight(F exponential)
+{
+    return (1.0f / (exponential + 1.0f) - 0.006692851f) * 1.0135672f;
 }
 
 /// 1 for lightness 0.5, a half about 0.25 and 0.75, 0 for 0 and 1.
 template <class F>
-HWY_INLINE F LightnessWeight(F lightness)
+HWY_INLINE F LightnessExponent(F lightness)
 {
-    const F distance = Select(lightness <= 0.5f, 0.25f - lightness, lightness - 0.75f);
-    return (LogisticFall(distance) - 0.075858176f) * 1.178851f;
+    return Select(lightness <= 0.5f, 0.25f - lightness, lightness - 0.75f) * 10.0f;
 }
-
-/// (lightness, second, third) of linear RGB.
-template <HueSpace space, class F>
-HWY_INLINE Vec3<F> ToSpace(CColor::EIlluminant illuminant, const Vec3<F>& rgb)
+template <class F>
+HWY_INLINE F LightnessWeight(F exponential)
 {
-    if constexpr (space == HueSpace::Lab)
-        return LinearRGBToLab(illuminant, rgb);
-    else if constexpr (space == HueSpace::Luv)
-        return LinearRGBToLuv(illuminant, rgb);
-    else
-        return LinearRGBToIPT(illuminant, rgb);
+    return (1.0f / (exponential + 1.0f) - 0.075858176f) * 1.178851f;
+}
+/// \}
+
+/// The colours of a row of linear RGB that begin at(i): (lightness, second, third).
+template <HueSpace space, class ColorAt>
+HWY_INLINE void ToSpace(CColor::EIlluminant illuminant, std::size_t n, const ColorAt& at, Block& block)
+{
+    const auto set = [&](const auto& formula) HWY_ATTR {
+        ForEachVector(n, [&](std::size_t i) HWY_ATTR { block.Set(i, formula(at(i))); });
+    };
+    const auto change = [&](const auto& formula) HWY_ATTR {
+        ForEachVector(n, [&](std::size_t i) HWY_ATTR { block.Set(i, formula(block.Get(i))); });
+    };
+    if constexpr (space == HueSpace::Lab) {
+        set([&](const Vec3<Lane>& rgb) HWY_ATTR { return LinearRGBToRatio(illuminant, rgb); });
+        block.Map(n, [](const auto& c) HWY_ATTR { return LightnessRoot(c); });
+        change([](const Vec3<Lane>& f) HWY_ATTR { return RootsToLab(f); });
+    } else if constexpr (space == HueSpace::Luv) {
+        set([&](const Vec3<Lane>& rgb)
+                HWY_ATTR { return XYZToUniform(illuminant, LinearRGBToXYZ(illuminant, rgb)); });
+        block.MapFirst(n, [](const auto& c) HWY_ATTR { return LightnessRoot(c); });
+        change([](const Vec3<Lane>& uniform) HWY_ATTR { return UniformToLuv(uniform); });
+    } else {
+        set([&](const Vec3<Lane>& rgb) HWY_ATTR { return Constants::LinearRGBToLMS(illuminant) * rgb; });
+        block.Map(n, [](const auto& c) HWY_ATTR { return SignedPow<Exponent::k0_43>(c); });
+        change([](const Vec3<Lane>& lms) HWY_ATTR { return Constants::lmsToIPT * lms; });
+    }
 }
 
 /// The bins of the hue: from the second axis towards the third, but from T towards P.
@@ -147,17 +168,40 @@ template <HueSpace space>
 HWY_FLATTEN void WeighHuesIn(const HueArguments& arguments, const unsigned char* rgba, std::size_t n,
                              HueRow& row)
 {
+    const Lane::Tag tag;
     const hn::RebindToSigned<Lane::Tag> s;
     const WholeRow pixels(rgba, n);
-    ForEachVector(n, [&](std::size_t i) HWY_ATTR {
+    Block colors;
+    HWY_ALIGN_MAX float greys[kRowOfPixels];
+    const auto rgbAt = [&](std::size_t i) HWY_ATTR {
         const Vec3<Lane> rgb = LoadPixels(arguments.linear, pixels.At(i));
-        const Vec3<Lane> color = ToSpace<space>(arguments.illuminant, rgb);
+        Store(LinearRGBToLinearY(false, arguments.illuminant, rgb), greys + i);
+        return rgb;
+    };
+    ToSpace<space>(arguments.illuminant, n, rgbAt, colors);
+
+    // Those of a vector of pixels side by side.
+    HWY_ALIGN_MAX float exponentials[2 * kRowOfPixels];
+    ForEachVector(n, [&](std::size_t i) HWY_ATTR {
+        const Vec3<Lane> color = colors.Get(i);
         const Lane saturation = Saturation(color.x, Hypotenuse(color.y, color.z));
-        const Lane weight = SaturationWeight(saturation) * LightnessWeight(color.x);
-        hn::StoreU(HueBinsOf<space>(arguments.binOf, color), s, row.bin.data() + i);
-        const Lane grey = weight * LinearRGBToLinearY(false, arguments.illuminant, rgb);
+        Store(SaturationExponent(saturation), exponentials + 2 * i);
+        Store(LightnessExponent(color.x), exponentials + 2 * i + Lane::Size());
+    });
+    MapVectors(exponentials, 2 * Whole(n), Lane::Size(), exponentials,
+               [](const auto& x) HWY_ATTR { return Exp(x); });
+
+    ForEachVector(n, [&](std::size_t i) HWY_ATTR {
+        const Lane first = hn::Load(tag, exponentials + 2 * i);
+        const Lane second = hn::Load(tag, exponentials + 2 * i + Lane::Size());
+        const Lane weight = SaturationWeight(first) * LightnessWeight(second);
+        const Vec3<Lane> color = colors.Get(i);
+        const Lane grey = weight * Lane(hn::Load(tag, greys + i));
         hn::StoreInterleaved4(weight.vector, (weight * color.y).vector, (weight * color.z).vector,
-                              grey.vector, Lane::Tag(), &row.sample[i].weight);
+                              grey.vector, tag, &row.sample[i].weight);
+    });
+    ForEachVector(n, [&](std::size_t i) HWY_ATTR {
+        hn::StoreU(HueBinsOf<space>(arguments.binOf, colors.Get(i)), s, row.bin.data() + i);
     });
 }
 

@@ -33,21 +33,22 @@ HWY_FLATTEN void ColorRow(const RowSettings& settings, const Math::CVector3<floa
 }
 
 /// The curve of each component.
-template <auto curve>
+template <auto stage>
 HWY_FLATTEN void ComponentRow(const RowSettings& settings, const Math::CVector3<float>* in, std::size_t count,
                               Math::CVector3<float>* out)
 {
-    const auto curveOf = [settings](const auto& c) HWY_ATTR { return curve(settings, c); };
     const std::size_t n = Lane::Size();
     const std::size_t whole = 3 * count / n * n;
-    MapVectors(Components(in), whole, Components(out), curveOf);
-
     const std::size_t rest = 3 * count - whole;
-    if (rest == 0)
-        return;
-    RowIn<float> last(Components(in) + whole, 1);
-    RowOut<float>(Components(out) + whole, 1).Put(0, rest, [&](float* to) HWY_ATTR {
-        MapVectors(last.At(0, rest), n, to, curveOf);
+    const RowSettings copy = settings;
+    Stage<stage>::WithCurve(copy, [&](const auto& curve) HWY_ATTR {
+        MapVectors(Components(in), whole, n, Components(out), curve);
+        if (rest == 0)
+            return;
+        RowIn<float> last(Components(in) + whole, 1);
+        RowOut<float>(Components(out) + whole, 1).Put(0, rest, [&](float* to) HWY_ATTR {
+            MapVectors(last.At(0, rest), n, n, to, curve);
+        });
     });
 }
 
@@ -112,10 +113,15 @@ HWY_FLATTEN void ToPixels(const RowSettings& settings, const Math::CVector3<floa
     []([[maybe_unused]] const RowSettings& s, const auto& c) HWY_ATTR { return __VA_ARGS__; }
 
 // The curves of stages.
-constexpr auto kDecode = QZ_COMPONENT(ComponentToLinear(s.useGamma22, s.extendedRange, c));
-constexpr auto kEncode = QZ_COMPONENT(ComponentToNonlinear(s.useGamma22, s.extendedRange, c));
+constexpr ByFlags<[](bool useGamma22, bool extendedRange, const auto& c)
+                      HWY_ATTR { return ComponentToLinear(useGamma22, extendedRange, c); }>
+    kDecode;
+constexpr ByFlags<[](bool useGamma22, bool extendedRange, const auto& c)
+                      HWY_ATTR { return ComponentToNonlinear(useGamma22, extendedRange, c); }>
+    kEncode;
 constexpr auto kRoot = QZ_COMPONENT(LightnessRoot(c));
 constexpr auto kInverseRoot = QZ_COMPONENT(InverseLightnessRoot(c));
+constexpr FirstComponent<kRoot> kRootOfFirst;
 constexpr auto kCompress = QZ_COMPONENT(SignedPow<Exponent::k0_43>(c));
 constexpr auto kExpand = QZ_COMPONENT(SignedPow<Exponent::k2_325581>(c));
 
@@ -125,6 +131,8 @@ constexpr auto kRGBToRatio = QZ_FORMULA(LinearRGBToRatio(s.illuminant, v));
 constexpr auto kRatioToRGB = QZ_FORMULA(RatioToLinearRGB(s.extendedRange, s.illuminant, v));
 constexpr auto kRootsToLab = QZ_FORMULA(RootsToLab(v));
 constexpr auto kLabToRoots = QZ_FORMULA(LabToRoots(v));
+constexpr auto kRGBToUniform = QZ_FORMULA(XYZToUniform(s.illuminant, LinearRGBToXYZ(s.illuminant, v)));
+constexpr auto kUniformToLuv = QZ_FORMULA(UniformToLuv(v));
 constexpr auto kRGBToCones = QZ_FORMULA(Constants::LinearRGBToLMS(s.illuminant) * v);
 constexpr auto kConesToRGB = QZ_FORMULA(LMSToLinearRGB(s.extendedRange, s.illuminant, v));
 constexpr auto kConesToIPT = QZ_FORMULA(Constants::lmsToIPT * v);
@@ -165,11 +173,11 @@ const RowKernels kRows =
                 .LabToExtendedRangeSRGB =
                     ColorRow<QZ_FORMULA(LabToExtendedRangeSRGB(s.useGamma22, s.illuminant, v))>,
                 .LabToLCh = ColorRow<QZ_FORMULA(ToPolar(v))>,
-                .XYZtoLuv = ColorRow<QZ_FORMULA(XYZToLuv(s.illuminant, v))>,
+                .XYZtoLuv = ColorRow<QZ_FORMULA(XYZToUniform(s.illuminant, v)), kRootOfFirst, kUniformToLuv>,
                 .LuvToXYZ = ColorRow<QZ_FORMULA(LuvToXYZ(s.illuminant, v))>,
-                .LinearRGBToLuv = ColorRow<QZ_FORMULA(LinearRGBToLuv(s.illuminant, v))>,
+                .LinearRGBToLuv = ColorRow<kRGBToUniform, kRootOfFirst, kUniformToLuv>,
                 .LuvToLinearRGB = ColorRow<QZ_FORMULA(LuvToLinearRGB(s.extendedRange, s.illuminant, v))>,
-                .SRGBToLuv = ColorRow<QZ_FORMULA(SRGBToLuv(s.useGamma22, s.extendedRange, s.illuminant, v))>,
+                .SRGBToLuv = ColorRow<kSame, kDecode, kRGBToUniform, kRootOfFirst, kUniformToLuv>,
                 .LuvToSRGB = ColorRow<QZ_FORMULA(LuvToSRGB(s.useGamma22, s.extendedRange, s.illuminant, v))>,
                 .LuvToLChuv = ColorRow<QZ_FORMULA(ToPolar(v))>,
                 .XYZToYxy = ColorRow<QZ_FORMULA(XYZToYxy(v))>,
@@ -216,7 +224,7 @@ const RowKernels kRows =
                 .ExtendedRangeSRGBToLab =
                     FromPixels<QZ_FORMULA(XYZToRatio(s.illuminant, LinearRGBToXYZ(CColor::eD50, v))), kRoot,
                                kRootsToLab>,
-                .SRGBToLuv = FromPixels<QZ_FORMULA(LinearRGBToLuv(s.illuminant, v))>,
+                .SRGBToLuv = FromPixels<kRGBToUniform, kRootOfFirst, kUniformToLuv>,
                 .SRGBToIPT = FromPixels<kRGBToCones, kCompress, kConesToIPT>,
                 .SRGBToLMS = FromPixels<QZ_FORMULA(Constants::XYZToLMS(s.illuminant) *
                                                    LinearRGBToXYZ(s.illuminant, v))>,

@@ -15,6 +15,7 @@
 #endif
 
 #include <algorithm>
+#include <type_traits>
 
 #include "QZ/Foundation/Color/QuickLane.h"
 #include "QZ/Foundation/Color/Rows.h"
@@ -25,11 +26,11 @@ namespace QZ::Foundation::QZ_TARGET {
 #if QZ_HAS_PAIRS
 /// Returns before which vector it stopped.
 template <class Curve>
-HWY_INLINE std::size_t MapWhileSure(const float* in, std::size_t i, std::size_t end, float* out,
-                                    const Curve& curve)
+HWY_INLINE std::size_t MapWhileSure(const float* in, std::size_t i, std::size_t end, std::size_t step,
+                                    float* out, const Curve& curve)
 {
     const Lane::Tag tag;
-    for (; i < end; i += Lane::Size()) {
+    for (; i < end; i += step) {
         const QuickLane result = curve(QuickLane(Lane(hn::LoadU(tag, in + i))));
         if (HWY_UNLIKELY(!NoneSet(result.doubts)))
             break;
@@ -39,19 +40,25 @@ HWY_INLINE std::size_t MapWhileSure(const float* in, std::size_t i, std::size_t 
 }
 #endif
 
-/// curve of each of so many floats, which are whole vectors; in place or not.
+/// curve of the floats of a vector, of the vector a step further, and so on before end; in place or not.
 template <class Curve>
-HWY_INLINE void MapVectors(const float* in, std::size_t end, float* out, const Curve& curve)
+HWY_INLINE void MapVectors(const float* in, std::size_t end, std::size_t step, float* out, const Curve& curve)
 {
     const Lane::Tag tag;
-    for (std::size_t i = 0; i < end; i += Lane::Size()) {
+    for (std::size_t i = 0; i < end; i += step) {
 #if QZ_HAS_PAIRS
-        i = MapWhileSure(in, i, end, out, curve);
-        if (i == end)
+        i = MapWhileSure(in, i, end, step, out, curve);
+        if (i >= end)
             return;
 #endif
         hn::StoreU(curve(Lane(hn::LoadU(tag, in + i))).vector, tag, out + i);
     }
+}
+
+/// How many floats the vectors have that n floats begin or fill.
+HWY_INLINE std::size_t Whole(std::size_t n)
+{
+    return (n + Lane::Size() - 1) / Lane::Size() * Lane::Size();
 }
 
 /// Colours between two stages: vectors of their first components, of their second, and of their third.
@@ -79,8 +86,13 @@ public:
     template <class Curve>
     HWY_INLINE void Map(std::size_t size, const Curve& curve)
     {
-        const std::size_t n = Lane::Size();
-        MapVectors(m_lanes, 3 * ((size + n - 1) / n) * n, m_lanes, curve);
+        MapVectors(m_lanes, 3 * Whole(size), Lane::Size(), m_lanes, curve);
+    }
+    /// The first component alone does.
+    template <class Curve>
+    HWY_INLINE void MapFirst(std::size_t size, const Curve& curve)
+    {
+        MapVectors(m_lanes, 3 * Whole(size), 3 * Lane::Size(), m_lanes, curve);
     }
 
 private:
@@ -90,14 +102,62 @@ private:
     HWY_ALIGN_MAX float m_lanes[3 * kColors];
 };
 
-/// curve for every component, then after for every colour; further curves and formulas may follow. The
-/// results go to store(i, size, colours).
-template <auto curve, auto after, auto... more, class Settings, class Store>
+/// A stage: a curve of the first component, the others staying as they are.
+template <auto curve>
+struct FirstComponent {};
+
+/// A stage: curve(useGamma22, extendedRange, component). Each pair of flags has a loop of its own.
+template <auto curve>
+struct ByFlags {};
+
+/// What a stage works by: any other is curve(settings, component).
+template <auto stage>
+struct Stage {
+    static constexpr bool kIsOfFirst = false;
+
+    /// use(curve) for the curve of one component.
+    template <class Settings, class Use>
+    static HWY_INLINE void WithCurve(const Settings& settings, const Use& use)
+    {
+        use([&](const auto& c) HWY_ATTR { return stage(settings, c); });
+    }
+};
+template <auto curve, FirstComponent<curve> stage>
+struct Stage<stage> : Stage<curve> {
+    static constexpr bool kIsOfFirst = true;
+};
+template <auto curve, ByFlags<curve> stage>
+struct Stage<stage> {
+    static constexpr bool kIsOfFirst = false;
+
+    template <class Settings, class Use>
+    static HWY_INLINE void WithCurve(const Settings& settings, const Use& use)
+    {
+        const auto with = [&](auto useGamma22, auto extendedRange) HWY_ATTR {
+            use([&](const auto& c) HWY_ATTR { return curve(useGamma22, extendedRange, c); });
+        };
+        constexpr std::true_type yes;
+        constexpr std::false_type no;
+        if (settings.useGamma22)
+            settings.extendedRange ? with(yes, yes) : with(yes, no);
+        else
+            settings.extendedRange ? with(no, yes) : with(no, no);
+    }
+};
+
+/// A stage, then a formula of every colour; further stages and formulas may follow. The results go to
+/// store(i, size, colours).
+template <auto stage, auto formula, auto... more, class Settings, class Store>
 HWY_INLINE void WorkStages(Settings settings, Block& block, std::size_t size, const Store& store)
 {
-    block.Map(size, [&](const auto& c) HWY_ATTR { return curve(settings, c); });
+    Stage<stage>::WithCurve(settings, [&](const auto& curve) HWY_ATTR {
+        if constexpr (Stage<stage>::kIsOfFirst)
+            block.MapFirst(size, curve);
+        else
+            block.Map(size, curve);
+    });
     ForEachPart(size, 0, [&](std::size_t i, std::size_t part) HWY_ATTR {
-        const Vec3<Lane> color = after(settings, block.Get(i));
+        const Vec3<Lane> color = formula(settings, block.Get(i));
         if constexpr (sizeof...(more) == 0)
             store(i, part, color);
         else

@@ -46,17 +46,30 @@ constexpr UV<float> UniformWhite(const Constants::Vector& white)
 inline constexpr UV<float> uniformWhiteD50 = UniformWhite(Constants::xyzReferenceD50);
 inline constexpr UV<float> uniformWhiteD65 = UniformWhite(Constants::xyzReferenceD65);
 
-/// L alone is clamped. The white's Y is 1, so Y is not divided by it.
+/// Y, and how far u' and v' lie from the white's. Without a chromaticity all are 0.
 template <class F>
-HWY_INLINE Vec3<F> XYZToLuv(CColor::EIlluminant illuminant, const Vec3<F>& xyz)
+HWY_INLINE Vec3<F> XYZToUniform(CColor::EIlluminant illuminant, const Vec3<F>& xyz)
 {
     const F d = UniformDenominator(xyz.x, xyz.y, xyz.z);
     const UV<F> colour = UniformChromaticity(xyz.x, xyz.y, d);
     const UV<float>& white = Constants::Of(illuminant, uniformWhiteD50, uniformWhiteD65);
-    const F L = ClampToUnit(1.16f * LightnessRoot(xyz.y) - 0.16f);
+    const Vec3<F> uniform{xyz.y, colour.u - white.u, colour.v - white.v};
+    return Select(d == 0.0f, Vec3<F>{F(0.0f), F(0.0f), F(0.0f)}, uniform);
+}
+
+/// Of the root of Y in the place of Y. L alone is clamped. The white's Y is 1, so Y is not divided by it.
+template <class F>
+HWY_INLINE Vec3<F> UniformToLuv(const Vec3<F>& uniform)
+{
+    const F L = ClampToUnit(1.16f * uniform.x - 0.16f);
     const F scale = 13.0f * L;
-    const Vec3<F> luv{L, (colour.u - white.u) * scale, (colour.v - white.v) * scale};
-    return Select(d == 0.0f, Vec3<F>{F(0.0f), F(0.0f), F(0.0f)}, luv);
+    return {L, uniform.y * scale, uniform.z * scale};
+}
+template <class F>
+HWY_INLINE Vec3<F> XYZToLuv(CColor::EIlluminant illuminant, const Vec3<F>& xyz)
+{
+    const Vec3<F> uniform = XYZToUniform(illuminant, xyz);
+    return UniformToLuv(Vec3<F>{LightnessRoot(uniform.x), uniform.y, uniform.z});
 }
 
 /// Worked on the CIE scale. Nothing is clamped.
