@@ -21,7 +21,7 @@
 #include "QZ/Foundation/Color/ElementaryTables.h"
 #include "QZ/Foundation/Color/Exponent.h"
 #include "QZ/Foundation/Color/LaneTriple.h"
-#include "QZ/Foundation/Color/PairPower.h"
+#include "QZ/Foundation/Color/FloatPairs.h"
 #include "QZ/Foundation/Color/PowerFactors.h"
 #include "QZ/Foundation/Color/Wide.h"
 #if HWY_TARGET != HWY_SCALAR

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <bit>
 #include <cstdint>
 
@@ -37,112 +36,6 @@ struct PowerFactors {
     static constexpr LookupTable unitIntervals{power.intervals, power.binaryHigh[7]};   ///< from 2^-15 to 2
     static constexpr LookupTable binaryLow{power.binaryLow};
     static constexpr LookupTable binaryHigh{power.binaryHigh};
-};
-
-/// What |t| is at most, t from a mantissa and the reciprocal of its interval.
-inline constexpr double kMostRemainder = 0.0390625;
-
-/// Sixteen numbers, each the sum of two floats.
-struct PairTable {
-    float high[16];
-    float low[16];
-
-    constexpr explicit PairTable(const double (&numbers)[16]) : high(), low()
-    {
-        for (int i = 0; i < 16; ++i) {
-            high[i] = static_cast<float>(numbers[i]);
-            low[i] = static_cast<float>(numbers[i] - high[i]);
-        }
-    }
-};
-
-/// The factors of a fixed power in pairs of floats, for x from 2^-15 to 2. Where the exponent e is above 1,
-/// x^e is x^2 x^(e - 2): of (1 + t)^p, p the power that is left, all but 1 + p t is then small.
-template <Exponent exponent>
-struct PairFactors {
-    static constexpr const ElementaryTables::Power& power = PowerFactors<exponent>::power;
-    static constexpr bool kHasSquare = Value(exponent) > 1.0f;
-    static constexpr float kPower = Value(exponent) - (kHasSquare ? 2.0f : 0.0f);
-
-    /// What the terms of (1 + t)^p from t^2 on may err by, relatively: their roundings, the series' own
-    /// error, and that the low part of the scale is not multiplied with them.
-    static constexpr double kSeriesMargin = (kHasSquare ? 12 : 10) * 0x1p-24;
-    /// What all else may err by, the terms from t^7 on above all.
-    static constexpr double kMargin = 0x1p-38;
-
-    /// Together these terms have the sign of p (p - 1). Times this they are not above their exact sum.
-    static constexpr double kLeastSeries = 1.0 + (kPower > 0.0f ? kSeriesMargin : -kSeriesMargin);
-    /// From a lower bound to an upper.
-    static constexpr float kMostSeries = static_cast<float>(1.0 - 2.0 * (kLeastSeries - 1.0));
-    static constexpr float kMostSum = static_cast<float>(3.0 * kMargin);
-
-    static constexpr PairTable Intervals()
-    {
-        double numbers[16];
-        for (int i = 0; i < 16; ++i) {
-            const double reciprocal = ElementaryTables::kReciprocals[i];
-            const double square = kHasSquare ? reciprocal * reciprocal * 0x1p+30 : 1.0;
-            numbers[i] = power.intervals[i] * power.binaryHigh[7] * square * (1.0 - kMargin);
-        }
-        return PairTable(numbers);
-    }
-    static constexpr PairTable Binary()
-    {
-        double numbers[16];
-        double square = 1.0;
-        for (int i = 0; i < 16; ++i, square *= kHasSquare ? 4.0 : 1.0)
-            numbers[i] = power.binaryLow[i] / square;
-        return PairTable(numbers);
-    }
-    /// The coefficients of t^2 to t^5. The term of t^6 is spread over those of t^2 and t^4, where |t| is at
-    /// most 0.0391 and the error the least: less than two roundings.
-    static constexpr std::array<float, 4> Series()
-    {
-        constexpr double kSquare = kMostRemainder * kMostRemainder;
-        double c[7] = {1.0};
-        for (int k = 1; k < 7; ++k)
-            c[k] = c[k - 1] * (static_cast<double>(kPower) - (k - 1)) / k;
-        const double coefficients[] = {c[2] - c[6] * kSquare * kSquare / 8.0, c[3], c[4] + c[6] * kSquare,
-                                       c[5]};
-        std::array<float, 4> series{};
-        for (int i = 0; i < 4; ++i)
-            series[i] = static_cast<float>(coefficients[i] * kLeastSeries);
-        return series;
-    }
-    static constexpr PairTable kIntervals = Intervals();
-    static constexpr PairTable kBinary = Binary();
-    static constexpr std::array<float, 4> kSeries = Series();
-};
-
-/// 2^(i / 16), times a factor.
-constexpr PairTable SixteenthPowersOf2(double factor)
-{
-    double numbers[16];
-    for (int i = 0; i < 16; ++i)
-        numbers[i] = Math::Detail::kExp2[2 * i].high * factor;
-    return PairTable(numbers);
-}
-
-/// What e^x needs in pairs of floats. The margins are those of PairFactors.
-struct PairExp {
-    static constexpr double kSeriesMargin = 6 * 0x1p-24;
-    static constexpr double kMargin = 0x1p-36;
-    static constexpr float kMostSeries = static_cast<float>(1.0 + 2.0 * kSeriesMargin);
-    static constexpr float kMostSum = static_cast<float>(3.0 * kMargin);
-
-    /// ln 2 / 16; the upper part so short that it times an integer below 256 is a float.
-    static constexpr double kStep = ElementaryTables::kLn2.high / 16.0;
-    static constexpr float kUpperStep = static_cast<float>(static_cast<int>(kStep * 0x1p20)) * 0x1p-20f;
-    static constexpr float kLowerStep = static_cast<float>(kStep - kUpperStep);
-    static constexpr float kStepsOf1 = static_cast<float>(1.0 / kStep);
-
-    static constexpr PairTable kPowers = SixteenthPowersOf2(1.0 - kMargin);
-    static constexpr float kSeries[] = {
-        static_cast<float>(1.0 / 2.0 * (1.0 - kSeriesMargin)),
-        static_cast<float>(1.0 / 6.0 * (1.0 - kSeriesMargin)),
-        static_cast<float>(1.0 / 24.0 * (1.0 - kSeriesMargin)),
-        static_cast<float>(1.0 / 120.0 * (1.0 - kSeriesMargin)),
-    };
 };
 
 }   // namespace QZ::Foundation

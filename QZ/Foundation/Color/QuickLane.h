@@ -11,7 +11,7 @@
 #define QZ_FOUNDATION_COLOR_QUICKLANE
 #endif
 
-#include "QZ/Foundation/Color/PairPower.h"
+#include "QZ/Foundation/Color/FloatPairs.h"
 
 #if QZ_HAS_PAIRS
 

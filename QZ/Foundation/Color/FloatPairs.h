@@ -4,16 +4,16 @@
 /// Powers and exponentials as sums of two floats, for vectors that fuse a product with a sum: a vector holds
 /// twice as many floats as doubles.
 
-#if defined(QZ_FOUNDATION_COLOR_PAIRPOWER) == defined(HWY_TARGET_TOGGLE)
-#ifdef QZ_FOUNDATION_COLOR_PAIRPOWER
-#undef QZ_FOUNDATION_COLOR_PAIRPOWER
+#if defined(QZ_FOUNDATION_COLOR_FLOATPAIRS) == defined(HWY_TARGET_TOGGLE)
+#ifdef QZ_FOUNDATION_COLOR_FLOATPAIRS
+#undef QZ_FOUNDATION_COLOR_FLOATPAIRS
 #else
-#define QZ_FOUNDATION_COLOR_PAIRPOWER
+#define QZ_FOUNDATION_COLOR_FLOATPAIRS
 #endif
 
 #include "QZ/Foundation/Color/ElementaryTables.h"
 #include "QZ/Foundation/Color/Exponent.h"
-#include "QZ/Foundation/Color/PowerFactors.h"
+#include "QZ/Foundation/Color/PairFactors.h"
 #if HWY_TARGET != HWY_SCALAR
 #include "QZ/Foundation/Color/WideLane.h"
 #endif
