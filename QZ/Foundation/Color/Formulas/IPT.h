@@ -20,9 +20,8 @@ namespace QZ::Foundation::QZ_TARGET {
 template <Exponent exponent, class F>
 HWY_INLINE F SignedPow(F c)
 {
-    const auto isPositive = c >= 0.0f;
-    const F magnitude = Pow<exponent>(Select(isPositive, c, -c));
-    return Select(isPositive, magnitude, -magnitude);
+    const F magnitude = Pow<exponent>(Abs(c));
+    return Select(c >= 0.0f, magnitude, -magnitude);
 }
 
 /// F. Ebner and M. D. Fairchild, CIC 1998.
