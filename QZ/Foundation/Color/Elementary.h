@@ -20,8 +20,8 @@
 #include "QZ/Foundation/Color/ElementaryDouble.h"
 #include "QZ/Foundation/Color/ElementaryTables.h"
 #include "QZ/Foundation/Color/Exponent.h"
-#include "QZ/Foundation/Color/LaneTriple.h"
 #include "QZ/Foundation/Color/FloatPairs.h"
+#include "QZ/Foundation/Color/LaneTriple.h"
 #include "QZ/Foundation/Color/PowerFactors.h"
 #include "QZ/Foundation/Color/Wide.h"
 #if HWY_TARGET != HWY_SCALAR

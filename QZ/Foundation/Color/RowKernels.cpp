@@ -109,8 +109,7 @@ HWY_FLATTEN void ToPixels(const RowSettings& settings, const Math::CVector3<floa
 #define QZ_FORMULA(...) \
     []([[maybe_unused]] const RowSettings& s, const auto& v) HWY_ATTR { return __VA_ARGS__; }
 #define QZ_EACH(...) QZ_FORMULA(Each(v, [](auto c) HWY_ATTR { return __VA_ARGS__; }))
-#define QZ_COMPONENT(...) \
-    []([[maybe_unused]] const RowSettings& s, const auto& c) HWY_ATTR { return __VA_ARGS__; }
+#define QZ_COMPONENT(...) [](const auto& c) HWY_ATTR { return __VA_ARGS__; }
 
 // The curves of stages.
 constexpr ByFlags<[](bool useGamma22, bool extendedRange, const auto& c)

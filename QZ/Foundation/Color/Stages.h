@@ -41,8 +41,10 @@ HWY_INLINE std::size_t MapWhileSure(const float* in, std::size_t i, std::size_t 
 #endif
 
 /// curve of the floats of a vector, of the vector a step further, and so on before end; in place or not.
-template <class Curve>
-HWY_INLINE void MapVectors(const float* in, std::size_t end, std::size_t step, float* out, const Curve& curve)
+/// One function for all conversions that have the curve.
+template <class In, class Curve>
+HWY_NOINLINE HWY_FLATTEN void MapVectors(In* in, std::size_t end, std::size_t step, float* out,
+                                         const Curve& curve)
 {
     const Lane::Tag tag;
     for (std::size_t i = 0; i < end; i += step) {
@@ -109,17 +111,25 @@ struct FirstComponent {};
 /// A stage: curve(useGamma22, extendedRange, component). Each pair of flags has a loop of its own.
 template <auto curve>
 struct ByFlags {};
+template <auto curve, bool useGamma22, bool extendedRange>
+struct WithFlags {
+    template <class F>
+    HWY_INLINE F operator()(const F& c) const
+    {
+        return curve(useGamma22, extendedRange, c);
+    }
+};
 
-/// What a stage works by: any other is curve(settings, component).
+/// What a stage works by; any other is the curve itself.
 template <auto stage>
 struct Stage {
     static constexpr bool kIsOfFirst = false;
 
     /// use(curve) for the curve of one component.
     template <class Settings, class Use>
-    static HWY_INLINE void WithCurve(const Settings& settings, const Use& use)
+    static HWY_INLINE void WithCurve(const Settings&, const Use& use)
     {
-        use([&](const auto& c) HWY_ATTR { return stage(settings, c); });
+        use(stage);
     }
 };
 template <auto curve, FirstComponent<curve> stage>
@@ -133,15 +143,12 @@ struct Stage<stage> {
     template <class Settings, class Use>
     static HWY_INLINE void WithCurve(const Settings& settings, const Use& use)
     {
-        const auto with = [&](auto useGamma22, auto extendedRange) HWY_ATTR {
-            use([&](const auto& c) HWY_ATTR { return curve(useGamma22, extendedRange, c); });
-        };
-        constexpr std::true_type yes;
-        constexpr std::false_type no;
         if (settings.useGamma22)
-            settings.extendedRange ? with(yes, yes) : with(yes, no);
+            settings.extendedRange ? use(WithFlags<curve, true, true>())
+                                   : use(WithFlags<curve, true, false>());
         else
-            settings.extendedRange ? with(no, yes) : with(no, no);
+            settings.extendedRange ? use(WithFlags<curve, false, true>())
+                                   : use(WithFlags<curve, false, false>());
     }
 };
 
