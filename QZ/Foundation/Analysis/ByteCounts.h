@@ -40,6 +40,15 @@ public:
 private:
     static constexpr std::ptrdiff_t kMany = 1 << 19;   // far more than there are different pairs
 
+    /// Counts the next pair of each, and moves on.
+    static void CountPair(std::uint64_t& first, std::uint64_t& second, std::uint32_t* pairs)
+    {
+        ++pairs[first & 0xffff];
+        ++pairs[second & 0xffff];
+        first >>= 16;
+        second >>= 16;
+    }
+
     /// Counts the bytes but up to 15 at the end; returns how many.
     std::ptrdiff_t AddPairs(const unsigned char* data, std::ptrdiff_t n)
     {
@@ -50,10 +59,11 @@ private:
             std::uint64_t second = 0;
             std::memcpy(&first, data + k, 8);
             std::memcpy(&second, data + half + k, 8);
-            for (int i = 0; i < 64; i += 16) {
-                ++pairs[first >> i & 0xffff];
-                ++pairs[second >> i & 0xffff];
-            }
+            // Written out, as compilers leave a loop within the loop.
+            CountPair(first, second, pairs.data());
+            CountPair(first, second, pairs.data());
+            CountPair(first, second, pairs.data());
+            CountPair(first, second, pairs.data());
         }
         for (std::size_t pair = 0; pair < pairs.size(); ++pair) {
             m_tables[0][pair & 0xff] += pairs[pair];
