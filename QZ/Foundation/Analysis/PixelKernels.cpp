@@ -171,6 +171,7 @@ HWY_FLATTEN void WeighHuesIn(const HueArguments& arguments, const unsigned char*
     const Lane::Tag tag;
     const hn::RebindToSigned<Lane::Tag> s;
     const WholeRow pixels(rgba, n);
+    static_assert(kRowOfPixels <= Block::kColors);
     Block colors;
     HWY_ALIGN_MAX float greys[kRowOfPixels];
     const auto rgbAt = [&](std::size_t i) HWY_ATTR {

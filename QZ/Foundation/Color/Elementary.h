@@ -421,7 +421,7 @@ HWY_INLINE LaneTriple PowInDoubles(const LaneTriple& v)
 
 #if QZ_HAS_PAIRS
 
-/// Where pairs of floats are in doubt, as of one power in 3,000, and of 0.
+/// Where pairs of floats are in doubt, as of one power in 1,600 to 5,000, and of 0.
 template <Exponent exponent, class F>
 HWY_NOINLINE F PowInDoubt(F x)
 {

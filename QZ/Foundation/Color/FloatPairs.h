@@ -135,7 +135,7 @@ HWY_INLINE PairResult ResultOf(const TwoRoundings& roundings, LaneCells outside)
     return {roundings.least, Or(outside, Difference(roundings.least, roundings.most))};
 }
 
-/// Sure from 2^-15 to 2 but for one in 3,000.
+/// Sure from 2^-15 to 2 but for one in 1,600 to 5,000, by the exponent.
 template <Exponent exponent>
 HWY_INLINE PairResult QuickPow(Lane x)
 {
