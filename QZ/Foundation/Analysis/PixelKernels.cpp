@@ -136,7 +136,9 @@ HWY_INLINE void ToSpace(CColor::EIlluminant illuminant, std::size_t n, const Col
         ForEachVector(n, [&](std::size_t i) HWY_ATTR { block.Set(i, formula(at(i))); });
     };
     const auto change = [&](const auto& formula) HWY_ATTR {
-        ForEachVector(n, [&](std::size_t i) HWY_ATTR { block.Set(i, formula(block.Get(i))); });
+        ForEachVector(n, [&](std::size_t i) HWY_ATTR {
+            block.Set(i, formula(space == HueSpace::Luv ? block.MappedFirst(i) : block.Mapped(i)));
+        });
     };
     if constexpr (space == HueSpace::Lab) {
         set([&](const Vec3<Lane>& rgb) HWY_ATTR { return LinearRGBToRatio(illuminant, rgb); });
@@ -182,14 +184,15 @@ HWY_FLATTEN void WeighHuesIn(const HueArguments& arguments, const unsigned char*
     ToSpace<space>(arguments.illuminant, n, rgbAt, colors);
 
     // Those of a vector of pixels side by side.
+    HWY_ALIGN_MAX float exponents[2 * kRowOfPixels];
     HWY_ALIGN_MAX float exponentials[2 * kRowOfPixels];
     ForEachVector(n, [&](std::size_t i) HWY_ATTR {
         const Vec3<Lane> color = colors.Get(i);
         const Lane saturation = Saturation(color.x, Hypotenuse(color.y, color.z));
-        Store(SaturationExponent(saturation), exponentials + 2 * i);
-        Store(LightnessExponent(color.x), exponentials + 2 * i + Lane::Size());
+        Store(SaturationExponent(saturation), exponents + 2 * i);
+        Store(LightnessExponent(color.x), exponents + 2 * i + Lane::Size());
     });
-    MapVectors(exponentials, 2 * Whole(n), Lane::Size(), exponentials,
+    MapVectors(exponents, 2 * Whole(n), Lane::Size(), exponentials,
                [](const auto& x) HWY_ATTR { return Exp(x); });
 
     ForEachVector(n, [&](std::size_t i) HWY_ATTR {

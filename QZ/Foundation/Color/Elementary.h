@@ -432,7 +432,7 @@ template <Exponent exponent>
 HWY_INLINE Lane Pow(Lane x)
 {
     const PairResult quick = QuickPow<exponent>(x);
-    return HWY_LIKELY(NoneSet(quick.doubts)) ? quick.value : PowInDoubt<exponent>(x);
+    return HWY_LIKELY(BitsOf(quick.doubts) == 0) ? quick.value : PowInDoubt<exponent>(x);
 }
 template <Exponent exponent>
 HWY_INLINE LaneTriple Pow(const LaneTriple& v)
@@ -440,7 +440,7 @@ HWY_INLINE LaneTriple Pow(const LaneTriple& v)
     const PairResult x = QuickPow<exponent>(v.x);
     const PairResult y = QuickPow<exponent>(v.y);
     const PairResult z = QuickPow<exponent>(v.z);
-    if (HWY_LIKELY(NoneSet(Or(Or(x.doubts, y.doubts), z.doubts))))
+    if (HWY_LIKELY(BitsOf(Or(Or(x.doubts, y.doubts), z.doubts)) == 0))
         return {x.value, y.value, z.value};
     return PowInDoubt<exponent>(v);
 }
@@ -453,7 +453,7 @@ HWY_NOINLINE F ExpInDoubt(F x)
 HWY_INLINE Lane Exp(Lane x)
 {
     const PairResult quick = QuickExp(x);
-    return HWY_LIKELY(NoneSet(quick.doubts)) ? quick.value : ExpInDoubt(x);
+    return HWY_LIKELY(BitsOf(quick.doubts) == 0) ? quick.value : ExpInDoubt(x);
 }
 
 #else

@@ -49,6 +49,24 @@ HWY_INLINE LaneCells ExponentOf(LaneCells cell)
 {
     return {hn::ShiftRight<4>(cell.bits)};
 }
+/// The bits in which a and b differ.
+HWY_INLINE LaneCells Difference(Lane a, Lane b)
+{
+    const hn::RebindToUnsigned<Lane::Tag> tag;
+    return {hn::Xor(hn::BitCast(tag, a.vector), hn::BitCast(tag, b.vector))};
+}
+/// The bits of x as a number, rounded.
+HWY_INLINE Lane NumberOf(Lane x)
+{
+    const hn::RebindToSigned<Lane::Tag> tag;
+    return hn::ConvertTo(Lane::Tag(), hn::BitCast(tag, x.vector));
+}
+/// x with a mantissa of 12 bits.
+HWY_INLINE Lane UpperHalf(Lane x)
+{
+    const hn::RebindToUnsigned<Lane::Tag> tag;
+    return hn::BitCast(Lane::Tag(), hn::And(hn::BitCast(tag, x.vector), hn::Set(tag, 0xfffff000u)));
+}
 HWY_INLINE LanePair Lookup(const PairTable& table, LaneCells index)
 {
     return {Lookup(table.high, index), Lookup(table.low, index)};
@@ -109,33 +127,111 @@ HWY_INLINE TwoRoundings PowInPairs(Lane x)
     return Round(scale, first, rest, mostRest);
 }
 
-/// The bits in which a and b differ.
-HWY_INLINE LaneCells Difference(Lane a, Lane b)
+/// x^0.33333334 for x from 2^-15 to 2.
+///
+/// With z near the reciprocal of the cube root, and so short that z^2 is a float, x z^2 is near the root, and
+/// how near is what x z^3 lacks to 1. This spares the factors of an interval in pairs.
+HWY_INLINE TwoRoundings RootInPairs(Lane x)
 {
-    const hn::RebindToUnsigned<Lane::Tag> tag;
-    return {hn::Xor(hn::BitCast(tag, a.vector), hn::BitCast(tag, b.vector))};
+    constexpr auto& factors = kRootFactors;
+    const LaneCells cell = CellOf(x);
+    const Lane line = FusedMulAdd(Lookup(factors.slopes, cell), Mantissa(x), Lookup(factors.constants, cell));
+    const Lane z = UpperHalf(line * Lookup(factors.binary, ExponentOf(cell)));
+    const Lane z2 = z * z;
+    const Lane high = x * z2;
+    const Lane low = FusedMulSub(x, z2, high);
+    const Lane lack = FusedNegMulAdd(z, low, FusedNegMulAdd(z, high, Lane(1.0f)));   // below 2^-9.9
+
+    // (1 - lack)^(-2 / 3) = 1 + lack (2 / 3 + 5 / 9 lack + 40 / 81 lack^2)
+    const Lane series =
+        FusedMulAdd(FusedMulAdd(lack, Lane(40.0f / 81.0f), Lane(5.0f / 9.0f)), lack, Lane(2.0f / 3.0f));
+    // A float's bits, as a number, are 2^23 times the binary exponent and the mantissa's part above 1.
+    constexpr auto kLogOfBit = static_cast<float>(RootFactors::kExcess * ElementaryTables::kLn2.high * 0x1p-23);
+    const Lane excess = FusedMulAdd(NumberOf(x), Lane(kLogOfBit), Lookup(factors.logarithms, cell));
+    const Lane leastLow = FusedMulAdd(high, FusedMulAdd(lack, series, excess), low);
+    return Round(high, leastLow, FusedMulAdd(high, Lane(RootFactors::kMost), leastLow));
 }
-HWY_INLINE LaneCells Or(LaneCells a, LaneCells b)
+
+#if HWY_TARGET <= HWY_AVX3
+
+/// Which results of a vector are not sure. Plain numbers: the compiler drops what is known to be 0.
+struct Doubts {
+    __mmask16 bits;
+};
+HWY_INLINE Doubts NoDoubts()
+{
+    return {0};
+}
+HWY_INLINE Doubts Or(Doubts a, Doubts b)
+{
+    return {static_cast<__mmask16>(a.bits | b.bits)};
+}
+HWY_INLINE Doubts And(LaneMask mask, Doubts doubts)
+{
+    return {static_cast<__mmask16>(mask.mask.raw & doubts.bits)};
+}
+HWY_INLINE Doubts WhereDifferent(Lane a, Lane b)
+{
+    return {_mm512_cmp_ps_mask(a.vector.raw, b.vector.raw, _CMP_NEQ_UQ)};
+}
+/// Where any bit is set.
+HWY_INLINE Doubts WhereSet(LaneCells x)
+{
+    return {_mm512_test_epi32_mask(x.bits.raw, x.bits.raw)};
+}
+/// A bit for each float, the first one's the lowest.
+HWY_INLINE std::uint32_t BitsOf(Doubts doubts)
+{
+    return doubts.bits;
+}
+
+#else
+
+/// Which results of a vector are not sure: those with any bit set.
+struct Doubts {
+    hn::Vec<hn::RebindToUnsigned<Lane::Tag>> bits;
+};
+HWY_INLINE Doubts NoDoubts()
+{
+    return {hn::Zero(hn::RebindToUnsigned<Lane::Tag>())};
+}
+HWY_INLINE Doubts Or(Doubts a, Doubts b)
 {
     return {hn::Or(a.bits, b.bits)};
 }
-HWY_INLINE bool NoneSet(LaneCells doubts)
+HWY_INLINE Doubts And(LaneMask mask, Doubts doubts)
 {
     const hn::RebindToUnsigned<Lane::Tag> tag;
-    return hn::AllTrue(tag, hn::Eq(doubts.bits, hn::Zero(tag)));
+    return {hn::IfThenElseZero(hn::RebindMask(tag, mask.mask), doubts.bits)};
+}
+HWY_INLINE Doubts WhereDifferent(Lane a, Lane b)
+{
+    return {Difference(a, b).bits};
+}
+HWY_INLINE Doubts WhereSet(LaneCells x)
+{
+    return {x.bits};
+}
+HWY_INLINE std::uint32_t BitsOf(Doubts doubts)
+{
+    const hn::RebindToUnsigned<Lane::Tag> tag;
+    const auto isSure = hn::BitCast(Lane::Tag(), hn::VecFromMask(tag, hn::Eq(doubts.bits, hn::Zero(tag))));
+    return static_cast<std::uint32_t>(_mm256_movemask_ps(isSure.raw)) ^ 0xffu;
 }
 
-/// A result, and bits that are set where it is not sure: where the roundings differ, and outside a range.
+#endif
+
+/// A result, and whether it may be another: where the roundings differ, and outside a range.
 struct PairResult {
     Lane value;
-    LaneCells doubts;
+    Doubts doubts;
 };
 HWY_INLINE PairResult ResultOf(const TwoRoundings& roundings, LaneCells outside)
 {
-    return {roundings.least, Or(outside, Difference(roundings.least, roundings.most))};
+    return {roundings.least, Or(WhereSet(outside), WhereDifferent(roundings.least, roundings.most))};
 }
 
-/// Sure from 2^-15 to 2 but for one in 1,600 to 5,000, by the exponent.
+/// Sure from 2^-15 to 2 but for one in 1,600 to 5,000, by the exponent; of cube roots one in 170.
 template <Exponent exponent>
 HWY_INLINE PairResult QuickPow(Lane x)
 {
@@ -146,6 +242,8 @@ HWY_INLINE PairResult QuickPow(Lane x)
     const LaneCells outside = {hn::And(Difference(x, Lane(0x1p-15f)).bits, prefix)};
     if constexpr (isCube)
         return ResultOf(CubeInPairs(x), outside);
+    else if constexpr (exponent == Exponent::k0_33333334)
+        return ResultOf(RootInPairs(x), outside);
     else
         return ResultOf(PowInPairs<exponent>(x), outside);
 }

@@ -67,7 +67,7 @@ HWY_INLINE Lane operator-(Lane a)
     return hn::Neg(a.vector);
 }
 
-/// a b + c and a b - c, rounded once: where HWY_NATIVE_FMA says so.
+/// a b + c, a b - c and c - a b, rounded once: where HWY_NATIVE_FMA says so.
 HWY_INLINE Lane FusedMulAdd(Lane a, Lane b, Lane c)
 {
     return hn::MulAdd(a.vector, b.vector, c.vector);
@@ -75,6 +75,10 @@ HWY_INLINE Lane FusedMulAdd(Lane a, Lane b, Lane c)
 HWY_INLINE Lane FusedMulSub(Lane a, Lane b, Lane c)
 {
     return hn::MulSub(a.vector, b.vector, c.vector);
+}
+HWY_INLINE Lane FusedNegMulAdd(Lane a, Lane b, Lane c)
+{
+    return hn::NegMulAdd(a.vector, b.vector, c.vector);
 }
 
 /// A truth value for each float of a Lane.

@@ -84,6 +84,59 @@ struct PairFactors {
     static constexpr std::array<float, 4> kSeries = Series();
 };
 
+/// What x^0.33333334 needs beside its pairs: a root's reciprocal, about 2^-13 off, by a line in each interval.
+/// Margins are relative to the result.
+struct RootFactors {
+    /// What 0.33333334 is above 1 / 3: it turns a cube root into that power by a factor of 1 + kExcess ln x.
+    static constexpr double kExcess = static_cast<double>(0.33333334f) - 1.0 / 3.0;
+    /// The roundings of all terms but the leading one come to 2^-32.7 at most, the logarithm to 2^-33.4.
+    static constexpr double kMargin = 0x1.1p-32;
+    /// From a lower bound to an upper, which is rounded once more.
+    static constexpr float kMost = static_cast<float>(2.0 * kMargin + 0x1p-35);
+
+    static constexpr double InverseCubeRoot(double x)
+    {
+        double root = 0.5;
+        for (int i = 0; i < 10; ++i)
+            root *= (4.0 - x * root * root * root) / 3.0;
+        return root;
+    }
+    static constexpr double LogOfMantissa(double m)
+    {
+        const double s = (m - 1.0) / (m + 1.0);
+        double sum = 0.0;
+        for (int k = 15; k > 0; k -= 2)
+            sum = sum * s * s + 2.0 * s / k;
+        return sum;
+    }
+
+    float constants[16] = {};    ///< the line of a mantissa's interval: constants + slopes m
+    float slopes[16] = {};
+    float binary[16] = {};       ///< 2^(-k / 3) for x = m 2^k, k from -15 to 0
+    float logarithms[16] = {};   ///< kExcess (ln m - ln 2 (m - 1)) of an interval's middle, less the margin
+
+    constexpr RootFactors()
+    {
+        constexpr double kRootOfHalf = 0.7071067811865476;
+        constexpr double kBias = 127.0 * ElementaryTables::kLn2.high;
+        // A line is cut off after 12 bits, so it aims half a unit above.
+        constexpr double kAim = 1.0 + 0.8 * 0x1p-12;
+        for (int i = 0; i < 16; ++i) {
+            const double middle = 1.0 + (i + 0.5) / 16.0;
+            const double distance = kRootOfHalf / 32.0;
+            const double below = InverseCubeRoot(middle - distance);
+            const double above = InverseCubeRoot(middle + distance);
+            const double slope = (above - below) / (2.0 * distance);
+            slopes[i] = static_cast<float>(slope * kAim);
+            constants[i] = static_cast<float>((above - slope * (middle + distance)) * kAim);
+            binary[i] = static_cast<float>(InverseCubeRoot(1 << (i % 3)) * (32 >> (i / 3)));
+            const double log = LogOfMantissa(middle) - ElementaryTables::kLn2.high * (middle - 1.0);
+            logarithms[i] = static_cast<float>(kExcess * (log - kBias) - kMargin);
+        }
+    }
+};
+inline constexpr RootFactors kRootFactors;
+
 /// 2^(i / 16), times a factor.
 constexpr PairTable SixteenthPowersOf2(double factor)
 {

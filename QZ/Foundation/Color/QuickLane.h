@@ -21,11 +21,11 @@ namespace QZ::Foundation::QZ_TARGET {
 /// A Lane that says whether it may be wrong, where a Lane would have been worked anew.
 struct QuickLane {
     Lane value;
-    LaneCells doubts = {hn::Zero(hn::RebindToUnsigned<Lane::Tag>())};
+    Doubts doubts;
 
-    HWY_INLINE explicit QuickLane(Lane v) : value(v) {}
-    HWY_INLINE QuickLane(float x) : value(x) {}
-    HWY_INLINE QuickLane(Lane v, LaneCells d) : value(v), doubts(d) {}
+    HWY_INLINE explicit QuickLane(Lane v) : value(v), doubts(NoDoubts()) {}
+    HWY_INLINE QuickLane(float x) : value(x), doubts(NoDoubts()) {}
+    HWY_INLINE QuickLane(Lane v, Doubts d) : value(v), doubts(d) {}
 };
 
 HWY_INLINE QuickLane operator+(const QuickLane& a, const QuickLane& b)
@@ -60,10 +60,14 @@ HWY_INLINE QuickLane Select(LaneMask mask, const QuickLane& a, const QuickLane& 
 {
     return {Select(mask, a.value, b.value), Or(a.doubts, b.doubts)};
 }
+/// Doubts about a(x) do not count where it is not chosen.
 template <class A, class B>
 HWY_INLINE QuickLane Choose(LaneMask mask, const QuickLane& x, A&& a, B&& b)
 {
-    return Select(mask, a(Select(mask, x, QuickLane(1.0f))), b(x));
+    const QuickLane chosen = a(x);
+    const QuickLane other = b(QuickLane(x.value));
+    return {Select(mask, chosen.value, other.value),
+            Or(Or(x.doubts, other.doubts), And(mask, chosen.doubts))};
 }
 
 template <Exponent exponent>

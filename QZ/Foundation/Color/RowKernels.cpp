@@ -26,10 +26,23 @@ HWY_FLATTEN void ColorRow(const RowSettings& settings, const Math::CVector3<floa
     RowIn<float> colors(Components(in), 3);
     RowOut<float> results(Components(out), 3);
     Convert<stages...>(
-        settings, count,
+        settings, count, ColorsBeforeAlignment(Components(out)),
         [&](std::size_t i, std::size_t size) HWY_ATTR { return LoadColors(colors.At(i, size)); },
         [&](std::size_t i, std::size_t size, const Vec3<Lane>& color)
             HWY_ATTR { results.Put(i, size, [&](float* to) HWY_ATTR { StoreColors(color, to); }); });
+}
+
+/// curve of the floats of whole vectors.
+template <class Curve>
+HWY_INLINE void MapInPlace(float* components, std::size_t whole, const Curve& curve)
+{
+    constexpr std::size_t kMost = 3 * Block::kColors;
+    HWY_ALIGN_MAX float arguments[kMost];
+    for (std::size_t i = 0; i < whole; i += kMost) {
+        const std::size_t size = std::min(kMost, whole - i);
+        std::memcpy(arguments, components + i, size * sizeof(float));
+        MapVectors(arguments, size, Lane::Size(), components + i, curve);
+    }
 }
 
 /// The curve of each component.
@@ -42,7 +55,10 @@ HWY_FLATTEN void ComponentRow(const RowSettings& settings, const Math::CVector3<
     const std::size_t rest = 3 * count - whole;
     const RowSettings copy = settings;
     Stage<stage>::WithCurve(copy, [&](const auto& curve) HWY_ATTR {
-        MapVectors(Components(in), whole, n, Components(out), curve);
+        if (in == out)
+            MapInPlace(Components(out), whole, curve);
+        else
+            MapVectors(Components(in), whole, n, Components(out), curve);
         if (rest == 0)
             return;
         RowIn<float> last(Components(in) + whole, 1);
@@ -72,7 +88,7 @@ HWY_FLATTEN void FromPixels(const RowSettings& settings, const unsigned char* rg
     RowIn<unsigned char> pixels(rgba, 4);
     RowOut<float> results(Components(out), 3);
     Convert<stages...>(
-        settings, count,
+        settings, count, ColorsBeforeAlignment(Components(out)),
         [&](std::size_t i, std::size_t size) HWY_ATTR { return LoadPixels(linear, pixels.At(i, size)); },
         [&](std::size_t i, std::size_t size, const Vec3<Lane>& color)
             HWY_ATTR { results.Put(i, size, [&](float* to) HWY_ATTR { StoreColors(color, to); }); });
@@ -97,7 +113,7 @@ HWY_FLATTEN void ToPixels(const RowSettings& settings, const Math::CVector3<floa
     RowIn<float> colors(Components(in), 3);
     RowOut<unsigned char> pixels(rgba, 4);
     Convert<stages...>(
-        settings, count,
+        settings, count, 0,
         [&](std::size_t i, std::size_t size) HWY_ATTR { return LoadColors(colors.At(i, size)); },
         [&](std::size_t i, std::size_t size, const Vec3<Lane>& color) HWY_ATTR {
             pixels.Put(i, size, [&](unsigned char* to) HWY_ATTR { StorePixels(encode, color, to); });

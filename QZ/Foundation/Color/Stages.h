@@ -15,6 +15,7 @@
 #endif
 
 #include <algorithm>
+#include <bit>
 #include <type_traits>
 
 #include "QZ/Foundation/Color/QuickLane.h"
@@ -24,38 +25,81 @@ HWY_BEFORE_NAMESPACE();
 namespace QZ::Foundation::QZ_TARGET {
 
 #if QZ_HAS_PAIRS
-/// Returns before which vector it stopped.
+
+/// A vector of a loop with results in doubt.
+struct DoubtfulVector {
+    std::size_t first;    ///< the place of its first float
+    std::uint32_t bits;   ///< one for each float, set where its result is in doubt
+};
+
+/// Works the results in doubt anew, a vector of them at a time.
 template <class Curve>
-HWY_INLINE std::size_t MapWhileSure(const float* in, std::size_t i, std::size_t end, std::size_t step,
-                                    float* out, const Curve& curve)
+HWY_NOINLINE HWY_FLATTEN void Settle(const DoubtfulVector* doubtful, std::size_t count, const float* in,
+                                     float* out, const Curve& curve)
 {
     const Lane::Tag tag;
-    for (; i < end; i += step) {
-        const QuickLane result = curve(QuickLane(Lane(hn::LoadU(tag, in + i))));
-        if (HWY_UNLIKELY(!NoneSet(result.doubts)))
-            break;
-        hn::StoreU(result.value.vector, tag, out + i);
+    constexpr std::size_t kMostInLane = HWY_MAX_BYTES / sizeof(float);
+    HWY_ALIGN_MAX float values[kMostInLane];
+    std::size_t places[kMostInLane];
+    std::size_t n = 0;
+    const auto work = [&]() HWY_ATTR {
+        std::fill(values + n, values + kMostInLane, 1.0f);
+        hn::Store(curve(Lane(hn::Load(tag, values))).vector, tag, values);
+        for (std::size_t i = 0; i < n; ++i)
+            out[places[i]] = values[i];
+        n = 0;
+    };
+    for (std::size_t v = 0; v < count; ++v) {
+        std::uint32_t bits = doubtful[v].bits;
+        do {   // one bit, nearly always
+            places[n] = doubtful[v].first + static_cast<std::size_t>(std::countr_zero(bits));
+            values[n] = in[places[n]];
+            bits &= bits - 1;
+            if (++n == Lane::Size())
+                work();
+        } while (HWY_UNLIKELY(bits != 0));
     }
-    return i;
+    if (n > 0)
+        work();
 }
-#endif
 
-/// curve of the floats of a vector, of the vector a step further, and so on before end; in place or not.
+/// curve of the floats of a vector, of the vector a step further, and so on before end; not in place.
 /// One function for all conversions that have the curve.
+///
+/// Results in doubt are noted, and settled many at a time: a branch for each, however rare, would be
+/// mispredicted, and cost more.
 template <class In, class Curve>
 HWY_NOINLINE HWY_FLATTEN void MapVectors(In* in, std::size_t end, std::size_t step, float* out,
                                          const Curve& curve)
 {
     const Lane::Tag tag;
-    for (std::size_t i = 0; i < end; i += step) {
-#if QZ_HAS_PAIRS
-        i = MapWhileSure(in, i, end, step, out, curve);
-        if (i >= end)
-            return;
-#endif
-        hn::StoreU(curve(Lane(hn::LoadU(tag, in + i))).vector, tag, out + i);
+    constexpr std::size_t kMostDoubtful = 64;
+    DoubtfulVector doubtful[kMostDoubtful];
+    for (std::size_t i = 0; i < end;) {
+        std::size_t count = 0;
+        for (; i < end && count < kMostDoubtful; i += step) {
+            const QuickLane result = curve(QuickLane(Lane(hn::LoadU(tag, in + i))));
+            hn::StoreU(result.value.vector, tag, out + i);
+            const std::uint32_t bits = BitsOf(result.doubts);
+            doubtful[count] = {i, bits};
+            count += bits != 0 ? 1 : 0;
+        }
+        Settle(doubtful, count, in, out, curve);
     }
 }
+
+#else
+
+template <class In, class Curve>
+HWY_NOINLINE HWY_FLATTEN void MapVectors(In* in, std::size_t end, std::size_t step, float* out,
+                                         const Curve& curve)
+{
+    const Lane::Tag tag;
+    for (std::size_t i = 0; i < end; i += step)
+        hn::StoreU(curve(Lane(hn::LoadU(tag, in + i))).vector, tag, out + i);
+}
+
+#endif
 
 /// How many floats the vectors have that n floats begin or fill.
 HWY_INLINE std::size_t Whole(std::size_t n)
@@ -69,39 +113,49 @@ public:
     static constexpr std::size_t kColors = 512;
 
     /// The colours from the i-th on, which begins a vector.
-    HWY_INLINE Vec3<Lane> Get(std::size_t i) const
-    {
-        const std::size_t n = Lane::Size();
-        const float* v = m_lanes + 3 * i;
-        return {Load(v), Load(v + n), Load(v + 2 * n)};
-    }
+    HWY_INLINE Vec3<Lane> Get(std::size_t i) const { return Get(i, m_colors); }
     HWY_INLINE void Set(std::size_t i, const Vec3<Lane>& color)
     {
         const std::size_t n = Lane::Size();
-        float* v = m_lanes + 3 * i;
+        float* v = m_colors + 3 * i;
         Store(color.x, v);
         Store(color.y, v + n);
         Store(color.z, v + 2 * n);
     }
 
-    /// Every component of the first colours becomes curve(component).
+    /// Finds curve(component) for every component of the first colours.
     template <class Curve>
     HWY_INLINE void Map(std::size_t size, const Curve& curve)
     {
-        MapVectors(m_lanes, 3 * Whole(size), Lane::Size(), m_lanes, curve);
+        MapVectors(m_colors, 3 * Whole(size), Lane::Size(), m_mapped, curve);
     }
-    /// The first component alone does.
+    HWY_INLINE Vec3<Lane> Mapped(std::size_t i) const { return Get(i, m_mapped); }
+
+    /// Finds it for the first component alone.
     template <class Curve>
     HWY_INLINE void MapFirst(std::size_t size, const Curve& curve)
     {
-        MapVectors(m_lanes, 3 * Whole(size), 3 * Lane::Size(), m_lanes, curve);
+        MapVectors(m_colors, 3 * Whole(size), 3 * Lane::Size(), m_mapped, curve);
+    }
+    HWY_INLINE Vec3<Lane> MappedFirst(std::size_t i) const
+    {
+        const Vec3<Lane> color = Get(i);
+        return {Load(m_mapped + 3 * i), color.y, color.z};
     }
 
 private:
     static HWY_INLINE Lane Load(const float* from) { return hn::Load(Lane::Tag(), from); }
     static HWY_INLINE void Store(Lane c, float* to) { hn::Store(c.vector, Lane::Tag(), to); }
 
-    HWY_ALIGN_MAX float m_lanes[3 * kColors];
+    static HWY_INLINE Vec3<Lane> Get(std::size_t i, const float* from)
+    {
+        const std::size_t n = Lane::Size();
+        const float* v = from + 3 * i;
+        return {Load(v), Load(v + n), Load(v + 2 * n)};
+    }
+
+    HWY_ALIGN_MAX float m_colors[3 * kColors];
+    HWY_ALIGN_MAX float m_mapped[3 * kColors];
 };
 
 /// A stage: a curve of the first component, the others staying as they are.
@@ -152,10 +206,20 @@ struct Stage<stage> {
     }
 };
 
-/// A stage, then a formula of every colour; further stages and formulas may follow. The results go to
-/// store(i, size, colours).
-template <auto stage, auto formula, auto... more, class Settings, class Store>
-HWY_INLINE void WorkStages(Settings settings, Block& block, std::size_t size, const Store& store)
+/// The last formula of WorkStages().
+template <auto stage, auto formula, auto... more, class Settings>
+HWY_INLINE Vec3<Lane> LastFormula(Settings settings, const Block& block, std::size_t i)
+{
+    if constexpr (sizeof...(more) > 0)
+        return LastFormula<more...>(settings, block, i);
+    else
+        return formula(settings, Stage<stage>::kIsOfFirst ? block.MappedFirst(i) : block.Mapped(i));
+}
+
+/// A stage, then a formula of every colour; further stages and formulas may follow. The last formula is left
+/// to LastFormula().
+template <auto stage, auto formula, auto... more, class Settings>
+HWY_INLINE void WorkStages(Settings settings, Block& block, std::size_t size)
 {
     Stage<stage>::WithCurve(settings, [&](const auto& curve) HWY_ATTR {
         if constexpr (Stage<stage>::kIsOfFirst)
@@ -163,35 +227,36 @@ HWY_INLINE void WorkStages(Settings settings, Block& block, std::size_t size, co
         else
             block.Map(size, curve);
     });
-    ForEachPart(size, 0, [&](std::size_t i, std::size_t part) HWY_ATTR {
-        const Vec3<Lane> color = formula(settings, block.Get(i));
-        if constexpr (sizeof...(more) == 0)
-            store(i, part, color);
-        else
-            block.Set(i, color);
-    });
-    if constexpr (sizeof...(more) > 0)
-        WorkStages<more...>(settings, block, size, store);
+    if constexpr (sizeof...(more) > 0) {
+        ForEachPart(size, 0, [&](std::size_t i, std::size_t) HWY_ATTR {
+            block.Set(i, LastFormula<stage, formula>(settings, block, i));
+        });
+        WorkStages<more...>(settings, block, size);
+    }
 }
-
-/// The colours of load(i, size) through a formula, and through further stages as WorkStages() takes them.
+/// The colours of load(i, size) through a formula to store(i, size, colours), and through further stages
+/// between them as WorkStages() takes them.
+///
+/// A block is stored while the next one is loaded: alone it would come faster than the memory takes it.
 template <auto formula, auto... stages, class Settings, class Load, class Store>
-HWY_INLINE void Convert(Settings settings, std::size_t count, const Load& load, const Store& store)
+HWY_INLINE void Convert(Settings settings, std::size_t count, std::size_t first, const Load& load,
+                        const Store& store)
 {
     if constexpr (sizeof...(stages) == 0) {
-        ForEachPart(count, 0, [&](std::size_t i, std::size_t size) HWY_ATTR {
+        ForEachPart(count, first, [&](std::size_t i, std::size_t size) HWY_ATTR {
             store(i, size, formula(settings, load(i, size)));
         });
     } else {
         Block block;
-        for (std::size_t start = 0; start < count; start += Block::kColors) {
-            const std::size_t blockSize = std::min(Block::kColors, count - start);
-            ForEachPart(blockSize, 0, [&](std::size_t i, std::size_t size) HWY_ATTR {
-                block.Set(i, formula(settings, load(start + i, size)));
+        for (std::size_t start = 0, size = first; start < count; start += size, size = Block::kColors) {
+            size = std::min(size > 0 ? size : Block::kColors, count - start);
+            ForEachPart(size, 0, [&](std::size_t i, std::size_t part) HWY_ATTR {
+                block.Set(i, formula(settings, load(start + i, part)));
             });
-            WorkStages<stages...>(settings, block, blockSize,
-                                  [&](std::size_t i, std::size_t size, const Vec3<Lane>& color)
-                                      HWY_ATTR { store(start + i, size, color); });
+            WorkStages<stages...>(settings, block, size);
+            ForEachPart(size, 0, [&](std::size_t i, std::size_t part) HWY_ATTR {
+                store(start + i, part, LastFormula<stages...>(settings, block, i));
+            });
         }
     }
 }
