@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <random>
 #include <vector>
@@ -138,32 +139,53 @@ float HueOf(HueSpace space, const Color& color)
     return polar.z;
 }
 
-TEST_P(PixelKernels, WeighHuesWorksEachPixelByItself)
+/// What a pixel adds to its hue's bin, by single conversions.
+struct Sample {
+    float hue;
+    std::array<float, 4> of;
+};
+Sample SampleOf(HueSpace space, CColor::EIlluminant illuminant, const unsigned char* pixel)
+{
+    const Color rgb = LinearColor(true, pixel);
+    Color color;
+    ToSpace(space, illuminant, rgb, color);
+    const float chroma = std::sqrt(color.y * color.y + color.z * color.z);
+    const float saturation = CColor::LChSaturation({color.x, chroma, 0.0f});
+    const float distance = color.x <= 0.5f ? 0.25f - color.x : color.x - 0.75f;
+    const float weight = (LogisticFall(0.5f - saturation) - 0.006692851f) * 1.0135672f *
+                         ((LogisticFall(distance) - 0.075858176f) * 1.178851f);
+    float Y = 0.0f;
+    CColor::LinearRGBToLinearY(false, illuminant, rgb, Y);
+    return {HueOf(space, color), {weight, weight * color.y, weight * color.z, weight * Y}};
+}
+
+void Add(const Sample& sample, const HueBins& binOf, std::vector<HueSums>& sums)
+{
+    HueSums& sum = sums[static_cast<std::size_t>(binOf(sample.hue))];
+    for (std::size_t k = 0; k < 4; ++k)
+        sum.of[k] += static_cast<double>(sample.of[k]);
+}
+
+void ExpectEqual(const std::vector<HueSums>& sums, const std::vector<HueSums>& expected)
+{
+    for (std::size_t bin = 0; bin < expected.size(); ++bin)
+        for (std::size_t k = 0; k < 4; ++k)
+            ASSERT_EQ(sums[bin].of[k], expected[bin].of[k]) << "sum " << k << " of bin " << bin;
+}
+
+TEST_P(PixelKernels, WeighHuesAddsEachPixelToItsBinInTheOrderOfThePixels)
 {
     const Pixels rgba = SomePixels(kRowOfPixels, 3);
+    const HueBins binOf(36);   // several pixels for many of them
     for (const HueSpace space : {HueSpace::Lab, HueSpace::Luv, HueSpace::IPT})
         for (const CColor::EIlluminant illuminant : kIlluminants)
             for (const std::size_t n : Lengths()) {
-                HueRow row;
-                const HueBins binOf(360);
-                WeighHues({space, illuminant, LinearOfSRGBByte(), binOf}, rgba.data(), n, row);
-                for (std::size_t i = 0; i < n; ++i) {
-                    const Color rgb = LinearColor(true, &rgba[4 * i]);
-                    Color color;
-                    ToSpace(space, illuminant, rgb, color);
-                    const float chroma = std::sqrt(color.y * color.y + color.z * color.z);
-                    const float saturation = CColor::LChSaturation({color.x, chroma, 0.0f});
-                    const float distance = color.x <= 0.5f ? 0.25f - color.x : color.x - 0.75f;
-                    const float weight = (LogisticFall(0.5f - saturation) - 0.006692851f) * 1.0135672f *
-                                         ((LogisticFall(distance) - 0.075858176f) * 1.178851f);
-                    float Y = 0.0f;
-                    CColor::LinearRGBToLinearY(false, illuminant, rgb, Y);
-                    ASSERT_EQ(row.bin[i], binOf(HueOf(space, color)));
-                    ASSERT_EQ(row.sample[i].weight, weight);
-                    ASSERT_EQ(row.sample[i].second, weight * color.y);
-                    ASSERT_EQ(row.sample[i].third, weight * color.z);
-                    ASSERT_EQ(row.sample[i].grey, weight * Y);
-                }
+                std::vector<HueSums> sums(36, HueSums{{0.5, -1.0, 3.0, 1e9}});
+                std::vector<HueSums> expected = sums;
+                for (std::size_t i = 0; i < n; ++i)
+                    Add(SampleOf(space, illuminant, &rgba[4 * i]), binOf, expected);
+                WeighHues({space, illuminant, LinearOfSRGBByte(), binOf}, rgba.data(), n, sums.data());
+                ExpectEqual(sums, expected);
             }
 }
 
@@ -183,20 +205,19 @@ TEST_P(PixelKernels, FindTheBinsOfTheExactAngleWhereARoughOneCouldMiss)
 {
     const Pixels rgba = ManyColors();
     for (const HueSpace space : {HueSpace::Lab, HueSpace::Luv, HueSpace::IPT}) {
-        std::vector<float> hues;
-        for (std::size_t i = 0; i < rgba.size(); i += 4) {
-            Color color;
-            ToSpace(space, CColor::eD65, LinearColor(true, &rgba[i]), color);
-            hues.push_back(HueOf(space, color));
-        }
+        std::vector<Sample> samples;
+        for (std::size_t i = 0; i < rgba.size(); i += 4)
+            samples.push_back(SampleOf(space, CColor::eD65, &rgba[i]));
         for (const int bins : {1, 2, 7, 256, 3600, 65536}) {
             const HueBins binOf(bins);
-            ForEachRow(hues.size(), [&](std::size_t first, std::size_t n) {
-                HueRow row;
-                WeighHues({space, CColor::eD65, LinearOfSRGBByte(), binOf}, &rgba[4 * first], n, row);
-                for (std::size_t i = 0; i < n; ++i)
-                    ASSERT_EQ(row.bin[i], binOf(hues[first + i])) << "colour " << first + i;
+            std::vector<HueSums> sums(static_cast<std::size_t>(bins));
+            std::vector<HueSums> expected(static_cast<std::size_t>(bins));
+            for (const Sample& sample : samples)
+                Add(sample, binOf, expected);
+            ForEachRow(samples.size(), [&](std::size_t first, std::size_t n) {
+                WeighHues({space, CColor::eD65, LinearOfSRGBByte(), binOf}, &rgba[4 * first], n, sums.data());
             });
+            ExpectEqual(sums, expected);
         }
     }
 }

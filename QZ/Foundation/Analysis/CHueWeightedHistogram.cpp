@@ -10,33 +10,21 @@ namespace QZ::Foundation {
 
 namespace {
 
-/// The sums of a bin, side by side: a pixel adds to all of them.
-struct BinSums {
-    double weight, second, third, grey;
-
-    void operator+=(const HueSample& sample)
-    {
-        weight += static_cast<double>(sample.weight);
-        second += static_cast<double>(sample.second);
-        third += static_cast<double>(sample.third);
-        grey += static_cast<double>(sample.grey);
-    }
-};
-
-std::vector<BinSums> SumsOf(const CHueWeightedHistogram& histogram)
+std::vector<HueSums> SumsOf(const CHueWeightedHistogram& histogram)
 {
-    std::vector<BinSums> bins(histogram.weights.size());
+    std::vector<HueSums> bins(histogram.weights.size());
     for (std::size_t i = 0; i < bins.size(); ++i)
         bins[i] = {histogram.weights[i], histogram.sums[i].x, histogram.sums[i].y, histogram.greySums[i]};
     return bins;
 }
 
-void Assign(const std::vector<BinSums>& bins, CHueWeightedHistogram& histogram)
+void Assign(const std::vector<HueSums>& bins, CHueWeightedHistogram& histogram)
 {
     for (std::size_t i = 0; i < bins.size(); ++i) {
-        histogram.weights[i] = bins[i].weight;
-        histogram.sums[i] = {bins[i].second, bins[i].third};
-        histogram.greySums[i] = bins[i].grey;
+        const auto& [weight, second, third, grey] = bins[i].of;
+        histogram.weights[i] = weight;
+        histogram.sums[i] = {second, third};
+        histogram.greySums[i] = grey;
     }
 }
 
@@ -69,12 +57,9 @@ void CHueWeightedHistogram::Compute(int numBins, EHueColorSpace space, bool isSR
     HueSpace which = HueSpace::Lab;
     if (numBins >= 1 && IsHueSpace(space, which)) {
         const HueArguments arguments{which, illuminant, LinearOfByte(isSRGB), HueBins(numBins)};
-        HueRow row;
-        std::vector<BinSums> bins = SumsOf(*this);
+        std::vector<HueSums> bins = SumsOf(*this);
         ForEachRow(static_cast<std::size_t>(std::max(numPixels, 0)), [&](std::size_t first, std::size_t n) {
-            WeighHues(arguments, rgba + 4 * first, n, row);
-            for (std::size_t i = 0; i < n; ++i)
-                bins[static_cast<std::size_t>(row.bin[i])] += row.sample[i];
+            WeighHues(arguments, rgba + 4 * first, n, bins.data());
         });
         Assign(bins, *this);
     }

@@ -72,10 +72,15 @@ HWY_INLINE Lane RoughAtan2(Lane y, Lane x)
     const LaneMask isSteep = ay > ax;
     const Lane longer = Select(isSteep, ay, ax);
     const Lane q = Select(longer == 0.0f, Lane(0.0f), Select(isSteep, ax, ay) / longer);
+    // Pairs of terms, and pairs of pairs: the sum of all one after the other would be waited for.
+    const auto& c = ElementaryTables::kRoughAtan;
+    const auto mulAdd = [](Lane a, Lane b, Lane sum)
+                            HWY_ATTR -> Lane { return hn::MulAdd(a.vector, b.vector, sum.vector); };
     const Lane q2 = q * q;
-    Lane sum(ElementaryTables::kRoughAtan[7]);
-    for (int i = 6; i >= 0; --i)
-        sum = hn::MulAdd(sum.vector, q2.vector, Lane(ElementaryTables::kRoughAtan[i]).vector);
+    const Lane q4 = q2 * q2;
+    const Lane lower = mulAdd(mulAdd(c[3], q2, c[2]), q4, mulAdd(c[1], q2, c[0]));
+    const Lane upper = mulAdd(mulAdd(c[7], q2, c[6]), q4, mulAdd(c[5], q2, c[4]));
+    const Lane sum = mulAdd(upper, q4 * q4, lower);
     const Lane eighth = sum * q;
     const Lane quarter = Select(isSteep, 1.5707963f - eighth, eighth);
     return CopySign(Select(IsNegative(x), 3.1415927f - quarter, quarter), y);
@@ -86,17 +91,26 @@ HWY_NOINLINE LaneInts BinsOfAny(const HueBins& binOf, Lane y, Lane x)
     return BinsAt(binOf, PositionOf(binOf, Atan2(y, x)));
 }
 
-/// The bins of Atan2(y, x). A rough angle tells them, unless it lies near the end of one.
-HWY_INLINE LaneInts BinsOf(const HueBins& binOf, Lane y, Lane x)
+/// Bins by a rough angle, which tells them unless it lies near the end of one.
+struct RoughBins {
+    LaneInts bins;
+    LaneMask isOpen;
+};
+HWY_INLINE RoughBins RoughBinsOf(const HueBins& binOf, Lane y, Lane x)
 {
     const Lane position = PositionOf(binOf, RoughAtan2(y, x));
     // 2e-6 in the angle, and less than that in each of the two roundings after it.
     const float reach = 1e-5f * binOf.Scale();
     const Lane distance = Abs(position - Floor(position + 0.5f));
     const LaneMask isExact = And(y == 0.0f, Not(IsNegative(x)));
-    if (HWY_LIKELY(NoneTrue(Not(Or(distance > reach, isExact)))))
-        return BinsAt(binOf, position);
-    return BinsOfAny(binOf, y, x);
+    return {BinsAt(binOf, position), Not(Or(distance > reach, isExact))};
+}
+
+/// The bins of Atan2(y, x).
+HWY_INLINE LaneInts BinsOf(const HueBins& binOf, Lane y, Lane x)
+{
+    const RoughBins rough = RoughBinsOf(binOf, y, x);
+    return HWY_LIKELY(NoneTrue(rough.isOpen)) ? rough.bins : BinsOfAny(binOf, y, x);
 }
 
 /// \name Two weights, each by 1 / (1 + e^x), which falls from 1 to 0 about x = 0
@@ -129,15 +143,18 @@ HWY_INLINE F LightnessWeight(F exponential)
 /// \}
 
 /// The colours of a row of linear RGB that begin at(i): (lightness, second, third).
-template <HueSpace space, class ColorAt>
-HWY_INLINE void ToSpace(CColor::EIlluminant illuminant, std::size_t n, const ColorAt& at, Block& block)
+template <HueSpace space, class ColorAt, class Use>
+HWY_INLINE void ToSpace(CColor::EIlluminant illuminant, std::size_t n, const ColorAt& at, Block& block,
+                        const Use& use)
 {
     const auto set = [&](const auto& formula) HWY_ATTR {
         ForEachVector(n, [&](std::size_t i) HWY_ATTR { block.Set(i, formula(at(i))); });
     };
     const auto change = [&](const auto& formula) HWY_ATTR {
         ForEachVector(n, [&](std::size_t i) HWY_ATTR {
-            block.Set(i, formula(space == HueSpace::Luv ? block.MappedFirst(i) : block.Mapped(i)));
+            const Vec3<Lane> color = formula(space == HueSpace::Luv ? block.MappedFirst(i) : block.Mapped(i));
+            block.Set(i, color);
+            use(i, color);
         });
     };
     if constexpr (space == HueSpace::Lab) {
@@ -156,22 +173,64 @@ HWY_INLINE void ToSpace(CColor::EIlluminant illuminant, std::size_t n, const Col
     }
 }
 
-/// The bins of the hue: from the second axis towards the third, but from T towards P.
+/// The axes of the hue: from x, the second, towards y, the third, but in IPT from T towards P.
+struct HueAxes {
+    Lane y;
+    Lane x;
+};
 template <HueSpace space>
-HWY_INLINE LaneInts HueBinsOf(const HueBins& binOf, const Vec3<Lane>& color)
+HWY_INLINE HueAxes HueAxesOf(const Vec3<Lane>& color)
 {
     if constexpr (space == HueSpace::IPT)
-        return BinsOf(binOf, color.y, color.z);
+        return {color.y, color.z};
     else
-        return BinsOf(binOf, color.z, color.y);
+        return {color.z, color.y};
+}
+HWY_INLINE LaneInts HueBinsOfIPT(const HueBins& binOf, const Vec3<Lane>& ipt)
+{
+    const auto [y, x] = HueAxesOf<HueSpace::IPT>(ipt);
+    return BinsOf(binOf, y, x);
+}
+
+/// The hue bins of n colours. The few that a rough angle leaves open are found after the others.
+template <HueSpace space>
+HWY_INLINE void FindBins(const HueBins& binOf, const Block& colors, std::size_t n, std::int32_t* bins)
+{
+    const hn::RebindToSigned<Lane::Tag> s;
+    std::array<std::size_t, kRowOfPixels> open;   // vectors with any
+    std::size_t openCount = 0;
+    ForEachVector(n, [&](std::size_t i) HWY_ATTR {
+        const auto [y, x] = HueAxesOf<space>(colors.Get(i));
+        const RoughBins rough = RoughBinsOf(binOf, y, x);
+        hn::StoreU(rough.bins, s, bins + i);
+        open[openCount] = i;
+        openCount += NoneTrue(rough.isOpen) ? 0 : 1;
+    });
+    for (std::size_t v = 0; v < openCount; ++v) {
+        const auto [y, x] = HueAxesOf<space>(colors.Get(open[v]));
+        hn::StoreU(BinsOfAny(binOf, y, x), s, bins + open[v]);
+    }
+}
+
+/// Adds each pixel's sample to its bin, in the order of the pixels.
+HWY_INLINE void AddSamples(const std::int32_t* bins, const float* samples, std::size_t n, HueSums* sums)
+{
+    const hn::CappedTag<double, 4> d;
+    const hn::Rebind<float, decltype(d)> f;
+    constexpr std::size_t kStep = hn::MaxLanes(d);
+    for (std::size_t i = 0; i < n; ++i) {
+        double* sum = sums[static_cast<std::size_t>(bins[i])].of;
+        for (std::size_t k = 0; k < 4; k += kStep)
+            hn::StoreU(hn::Add(hn::LoadU(d, sum + k), hn::PromoteTo(d, hn::LoadU(f, samples + 4 * i + k))), d,
+                       sum + k);
+    }
 }
 
 template <HueSpace space>
 HWY_FLATTEN void WeighHuesIn(const HueArguments& arguments, const unsigned char* rgba, std::size_t n,
-                             HueRow& row)
+                             HueSums* sums)
 {
     const Lane::Tag tag;
-    const hn::RebindToSigned<Lane::Tag> s;
     const WholeRow pixels(rgba, n);
     static_assert(kRowOfPixels <= Block::kColors);
     Block colors;
@@ -181,20 +240,19 @@ HWY_FLATTEN void WeighHuesIn(const HueArguments& arguments, const unsigned char*
         Store(LinearRGBToLinearY(false, arguments.illuminant, rgb), greys + i);
         return rgb;
     };
-    ToSpace<space>(arguments.illuminant, n, rgbAt, colors);
-
     // Those of a vector of pixels side by side.
     HWY_ALIGN_MAX float exponents[2 * kRowOfPixels];
+    ToSpace<space>(arguments.illuminant, n, rgbAt, colors,
+                   [&](std::size_t i, const Vec3<Lane>& color) HWY_ATTR {
+                       const Lane saturation = Saturation(color.x, Hypotenuse(color.y, color.z));
+                       Store(SaturationExponent(saturation), exponents + 2 * i);
+                       Store(LightnessExponent(color.x), exponents + 2 * i + Lane::Size());
+                   });
     HWY_ALIGN_MAX float exponentials[2 * kRowOfPixels];
-    ForEachVector(n, [&](std::size_t i) HWY_ATTR {
-        const Vec3<Lane> color = colors.Get(i);
-        const Lane saturation = Saturation(color.x, Hypotenuse(color.y, color.z));
-        Store(SaturationExponent(saturation), exponents + 2 * i);
-        Store(LightnessExponent(color.x), exponents + 2 * i + Lane::Size());
-    });
     MapVectors(exponents, 2 * Whole(n), Lane::Size(), exponentials,
                [](const auto& x) HWY_ATTR { return Exp(x); });
 
+    HWY_ALIGN_MAX float samples[4 * kRowOfPixels];
     ForEachVector(n, [&](std::size_t i) HWY_ATTR {
         const Lane first = hn::Load(tag, exponentials + 2 * i);
         const Lane second = hn::Load(tag, exponentials + 2 * i + Lane::Size());
@@ -202,22 +260,22 @@ HWY_FLATTEN void WeighHuesIn(const HueArguments& arguments, const unsigned char*
         const Vec3<Lane> color = colors.Get(i);
         const Lane grey = weight * Lane(hn::Load(tag, greys + i));
         hn::StoreInterleaved4(weight.vector, (weight * color.y).vector, (weight * color.z).vector,
-                              grey.vector, tag, &row.sample[i].weight);
+                              grey.vector, tag, samples + 4 * i);
     });
-    ForEachVector(n, [&](std::size_t i) HWY_ATTR {
-        hn::StoreU(HueBinsOf<space>(arguments.binOf, colors.Get(i)), s, row.bin.data() + i);
-    });
+    std::array<std::int32_t, kRowOfPixels> bins;
+    FindBins<space>(arguments.binOf, colors, n, bins.data());
+    AddSamples(bins.data(), samples, n, sums);
 }
 
-void WeighHuesRow(const HueArguments& arguments, const unsigned char* rgba, std::size_t n, HueRow& row)
+void WeighHuesRow(const HueArguments& arguments, const unsigned char* rgba, std::size_t n, HueSums* sums)
 {
     switch (arguments.space) {
         case HueSpace::Lab:
-            return WeighHuesIn<HueSpace::Lab>(arguments, rgba, n, row);
+            return WeighHuesIn<HueSpace::Lab>(arguments, rgba, n, sums);
         case HueSpace::Luv:
-            return WeighHuesIn<HueSpace::Luv>(arguments, rgba, n, row);
+            return WeighHuesIn<HueSpace::Luv>(arguments, rgba, n, sums);
         case HueSpace::IPT:
-            return WeighHuesIn<HueSpace::IPT>(arguments, rgba, n, row);
+            return WeighHuesIn<HueSpace::IPT>(arguments, rgba, n, sums);
     }
 }
 
@@ -229,7 +287,7 @@ HWY_FLATTEN void FindPTRow(const HueArguments& arguments, const unsigned char* r
     ForEachVector(n, [&](std::size_t i) HWY_ATTR {
         const Vec3<Lane> ipt =
             LinearRGBToIPT(arguments.illuminant, LoadPixels(arguments.linear, pixels.At(i)));
-        hn::StoreU(HueBinsOf<HueSpace::IPT>(arguments.binOf, ipt), s, row.bin.data() + i);
+        hn::StoreU(HueBinsOfIPT(arguments.binOf, ipt), s, row.bin.data() + i);
         Store(ipt.y, row.P.data() + i);
         Store(ipt.z, row.T.data() + i);
     });
@@ -268,7 +326,7 @@ HWY_FLATTEN void RecolorPixels(const RecolorArguments& arguments, unsigned char*
     ForEachVector(n, [&](std::size_t i) HWY_ATTR {
         const Vec3<Lane> ipt =
             LinearRGBToIPT(arguments.illuminant, LoadPixels(arguments.linear, pixels.At(i)));
-        const LaneInts twice = hn::ShiftLeft<1>(HueBinsOf<HueSpace::IPT>(arguments.binOf, ipt));
+        const LaneInts twice = hn::ShiftLeft<1>(HueBinsOfIPT(arguments.binOf, ipt));
         const Lane P = hn::GatherIndex(Lane::Tag(), colours, twice);
         const Lane T = hn::GatherIndex(Lane::Tag(), colours + 1, twice);
         const Lane magnitude = Hypotenuse(ipt.y, ipt.z);
@@ -322,9 +380,9 @@ void GreyRow(const GreyArguments& arguments, const unsigned char* rgba, std::siz
     HWY_DYNAMIC_DISPATCH(GreyLevelRow)(arguments, rgba, n, levels);
 }
 
-void WeighHues(const HueArguments& arguments, const unsigned char* rgba, std::size_t n, HueRow& row)
+void WeighHues(const HueArguments& arguments, const unsigned char* rgba, std::size_t n, HueSums* sums)
 {
-    HWY_DYNAMIC_DISPATCH(WeighHuesRow)(arguments, rgba, n, row);
+    HWY_DYNAMIC_DISPATCH(WeighHuesRow)(arguments, rgba, n, sums);
 }
 
 void FindPT(const HueArguments& arguments, const unsigned char* rgba, std::size_t n, PTRow& row)

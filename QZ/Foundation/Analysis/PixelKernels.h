@@ -40,17 +40,10 @@ struct GreyArguments {
 };
 void GreyRow(const GreyArguments& arguments, const unsigned char* rgba, std::size_t n, unsigned char* levels);
 
-/// What a pixel adds to its hue bin.
-struct HueSample {
-    float weight;
-    float second;   ///< weight times the second component
-    float third;    ///< weight times the third
-    float grey;     ///< weight times the linear luminance
-};
-/// The hue bin of each pixel and what it adds there.
-struct HueRow {
-    std::array<int, kRowOfPixels> bin;
-    std::array<HueSample, kRowOfPixels> sample;
+/// The sums of a hue bin, to all of which a pixel adds: of the weights, of the weights times the second and
+/// the third component, and of the weights times the linear luminance.
+struct HueSums {
+    alignas(32) double of[4];
 };
 enum class HueSpace { Lab, Luv, IPT };
 struct HueArguments {
@@ -59,7 +52,8 @@ struct HueArguments {
     const ByteTable& linear;
     HueBins binOf;
 };
-void WeighHues(const HueArguments& arguments, const unsigned char* rgba, std::size_t n, HueRow& row);
+/// Adds each pixel to its bin's sums.
+void WeighHues(const HueArguments& arguments, const unsigned char* rgba, std::size_t n, HueSums* sums);
 
 /// The hue bin of each pixel in IPT and its P and T.
 struct PTRow {

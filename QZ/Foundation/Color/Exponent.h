@@ -51,4 +51,20 @@ constexpr float Value(Exponent exponent)
     return 1.0f;
 }
 
+/// Whether the curves of a power are lines near 0. The others meet it in every black pixel.
+constexpr bool HasLineNearZero(Exponent exponent)
+{
+    switch (exponent) {
+        case Exponent::k2_4:
+        case Exponent::k0_41666666:
+        case Exponent::k0_33333334:
+        case Exponent::k2_2222223:
+        case Exponent::k0_45:
+        case Exponent::k3:
+            return true;
+        default:
+            return false;
+    }
+}
+
 }   // namespace QZ::Foundation

@@ -146,7 +146,8 @@ HWY_INLINE TwoRoundings RootInPairs(Lane x)
     const Lane series =
         FusedMulAdd(FusedMulAdd(lack, Lane(40.0f / 81.0f), Lane(5.0f / 9.0f)), lack, Lane(2.0f / 3.0f));
     // A float's bits, as a number, are 2^23 times the binary exponent and the mantissa's part above 1.
-    constexpr auto kLogOfBit = static_cast<float>(RootFactors::kExcess * ElementaryTables::kLn2.high * 0x1p-23);
+    constexpr auto kLogOfBit =
+        static_cast<float>(RootFactors::kExcess * ElementaryTables::kLn2.high * 0x1p-23);
     const Lane excess = FusedMulAdd(NumberOf(x), Lane(kLogOfBit), Lookup(factors.logarithms, cell));
     const Lane leastLow = FusedMulAdd(high, FusedMulAdd(lack, series, excess), low);
     return Round(high, leastLow, FusedMulAdd(high, Lane(RootFactors::kMost), leastLow));
@@ -189,7 +190,7 @@ HWY_INLINE std::uint32_t BitsOf(Doubts doubts)
 
 /// Which results of a vector are not sure: those with any bit set.
 struct Doubts {
-    hn::Vec<hn::RebindToUnsigned<Lane::Tag>> bits;
+    hn::Vec<hn::RebindToUnsigned<Lane::Tag> > bits;
 };
 HWY_INLINE Doubts NoDoubts()
 {
@@ -231,6 +232,12 @@ HWY_INLINE PairResult ResultOf(const TwoRoundings& roundings, LaneCells outside)
     return {roundings.least, Or(WhereSet(outside), WhereDifferent(roundings.least, roundings.most))};
 }
 
+/// result, but 0 of 0.
+HWY_INLINE PairResult UnlessZero(Lane x, const PairResult& result)
+{
+    const LaneMask isZero = x == 0.0f;
+    return {Select(isZero, Lane(0.0f), result.value), And(Not(isZero), result.doubts)};
+}
 /// Sure from 2^-15 to 2 but for one in 1,600 to 5,000, by the exponent; of cube roots one in 170.
 template <Exponent exponent>
 HWY_INLINE PairResult QuickPow(Lane x)
@@ -244,8 +251,10 @@ HWY_INLINE PairResult QuickPow(Lane x)
         return ResultOf(CubeInPairs(x), outside);
     else if constexpr (exponent == Exponent::k0_33333334)
         return ResultOf(RootInPairs(x), outside);
-    else
+    else if constexpr (HasLineNearZero(exponent))
         return ResultOf(PowInPairs<exponent>(x), outside);
+    else
+        return UnlessZero(x, ResultOf(PowInPairs<exponent>(x), outside));
 }
 
 /// e^x for |x| up to 8.

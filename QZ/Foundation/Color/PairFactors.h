@@ -84,8 +84,8 @@ struct PairFactors {
     static constexpr std::array<float, 4> kSeries = Series();
 };
 
-/// What x^0.33333334 needs beside its pairs: a root's reciprocal, about 2^-13 off, by a line in each interval.
-/// Margins are relative to the result.
+/// What x^0.33333334 needs beside its pairs: a root's reciprocal, about 2^-13 off, by a line in each
+/// interval. Margins are relative to the result.
 struct RootFactors {
     /// What 0.33333334 is above 1 / 3: it turns a cube root into that power by a factor of 1 + kExcess ln x.
     static constexpr double kExcess = static_cast<double>(0.33333334f) - 1.0 / 3.0;
@@ -110,7 +110,7 @@ struct RootFactors {
         return sum;
     }
 
-    float constants[16] = {};    ///< the line of a mantissa's interval: constants + slopes m
+    float constants[16] = {};   ///< the line of a mantissa's interval: constants + slopes m
     float slopes[16] = {};
     float binary[16] = {};       ///< 2^(-k / 3) for x = m 2^k, k from -15 to 0
     float logarithms[16] = {};   ///< kExcess (ln m - ln 2 (m - 1)) of an interval's middle, less the margin

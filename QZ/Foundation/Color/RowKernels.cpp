@@ -26,7 +26,7 @@ HWY_FLATTEN void ColorRow(const RowSettings& settings, const Math::CVector3<floa
     RowIn<float> colors(Components(in), 3);
     RowOut<float> results(Components(out), 3);
     Convert<stages...>(
-        settings, count, ColorsBeforeAlignment(Components(out)),
+        settings, count,
         [&](std::size_t i, std::size_t size) HWY_ATTR { return LoadColors(colors.At(i, size)); },
         [&](std::size_t i, std::size_t size, const Vec3<Lane>& color)
             HWY_ATTR { results.Put(i, size, [&](float* to) HWY_ATTR { StoreColors(color, to); }); });
@@ -88,7 +88,7 @@ HWY_FLATTEN void FromPixels(const RowSettings& settings, const unsigned char* rg
     RowIn<unsigned char> pixels(rgba, 4);
     RowOut<float> results(Components(out), 3);
     Convert<stages...>(
-        settings, count, ColorsBeforeAlignment(Components(out)),
+        settings, count,
         [&](std::size_t i, std::size_t size) HWY_ATTR { return LoadPixels(linear, pixels.At(i, size)); },
         [&](std::size_t i, std::size_t size, const Vec3<Lane>& color)
             HWY_ATTR { results.Put(i, size, [&](float* to) HWY_ATTR { StoreColors(color, to); }); });
@@ -113,7 +113,7 @@ HWY_FLATTEN void ToPixels(const RowSettings& settings, const Math::CVector3<floa
     RowIn<float> colors(Components(in), 3);
     RowOut<unsigned char> pixels(rgba, 4);
     Convert<stages...>(
-        settings, count, 0,
+        settings, count,
         [&](std::size_t i, std::size_t size) HWY_ATTR { return LoadColors(colors.At(i, size)); },
         [&](std::size_t i, std::size_t size, const Vec3<Lane>& color) HWY_ATTR {
             pixels.Put(i, size, [&](unsigned char* to) HWY_ATTR { StorePixels(encode, color, to); });

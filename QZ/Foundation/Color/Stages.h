@@ -239,17 +239,16 @@ HWY_INLINE void WorkStages(Settings settings, Block& block, std::size_t size)
 ///
 /// A block is stored while the next one is loaded: alone it would come faster than the memory takes it.
 template <auto formula, auto... stages, class Settings, class Load, class Store>
-HWY_INLINE void Convert(Settings settings, std::size_t count, std::size_t first, const Load& load,
-                        const Store& store)
+HWY_INLINE void Convert(Settings settings, std::size_t count, const Load& load, const Store& store)
 {
     if constexpr (sizeof...(stages) == 0) {
-        ForEachPart(count, first, [&](std::size_t i, std::size_t size) HWY_ATTR {
+        ForEachPart(count, 0, [&](std::size_t i, std::size_t size) HWY_ATTR {
             store(i, size, formula(settings, load(i, size)));
         });
     } else {
         Block block;
-        for (std::size_t start = 0, size = first; start < count; start += size, size = Block::kColors) {
-            size = std::min(size > 0 ? size : Block::kColors, count - start);
+        for (std::size_t start = 0; start < count; start += Block::kColors) {
+            const std::size_t size = std::min(Block::kColors, count - start);
             ForEachPart(size, 0, [&](std::size_t i, std::size_t part) HWY_ATTR {
                 block.Set(i, formula(settings, load(start + i, part)));
             });
