@@ -10,6 +10,7 @@
 
 #include "tests/proof/DeltaE2000.h"
 #include "tests/proof/ExactConversions.h"
+#include "tests/proof/HSLuvErrors.h"
 
 // Writes the error table of docs/accuracy.md: every conversion of CColorRows in single precision against the
 // same formula over numbers of 100 bits, for the colours of 8 bits.
@@ -164,7 +165,9 @@ int main(int argc, char** argv)
             "ErrorTable [PLAIN [OTHERS]]\n"
             "The largest errors of each conversion over the colours of 8 bits: of the plain choice of its "
             "arguments\n"
-            "over every PLAINth colour (1), of the others over every OTHERSth (61).");
+            "over every PLAINth colour (1), of the others, and of HSLuv in double precision, over every "
+            "OTHERSth "
+            "(61).");
         return 2;
     }
     const auto start = std::chrono::steady_clock::now();
@@ -173,6 +176,7 @@ int main(int argc, char** argv)
         "|---|---:|---:|---:|---:|");
     for (const Conversion& conversion : QZ::Tool::Selftest::ColorConversions())
         Report(conversion, plainStride, stride);
+    ReportHSLuv(stride);
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
     std::fprintf(stderr, "%.0f seconds\n", seconds.count());
 }

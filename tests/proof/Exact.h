@@ -19,7 +19,7 @@ struct Exact {
     DoubleDouble value;
 
     Exact() = default;
-    Exact(float x) : value{static_cast<double>(x), 0.0} {}
+    Exact(double x) : value{x, 0.0} {}
     Exact(DoubleDouble v) : value(v) {}
 
     friend Exact operator+(Exact a, Exact b) { return a.value + b.value; }
@@ -30,6 +30,7 @@ struct Exact {
     friend bool operator<(Exact a, Exact b) { return (a - b).value.high < 0.0; }
     friend bool operator>(Exact a, Exact b) { return b < a; }
     friend bool operator>=(Exact a, Exact b) { return !(a < b); }
+    friend bool operator<=(Exact a, Exact b) { return !(b < a); }
     friend bool operator==(Exact a, Exact b) { return (a - b).value.high == 0.0; }
 };
 
@@ -120,6 +121,36 @@ template <Exponent exponent>
 requires(exponent == Exponent::k3) Exact Pow(Exact x)
 {
     return x * x * x;
+}
+
+/// Of a positive number.
+inline Exact Pow(Exact x, double exponent)
+{
+    // As above. Each entry belongs to one exponent.
+    struct Known {
+        Exact base;
+        double exponent;
+        Exact power;
+    };
+    static std::array<Known, 4096> known{};
+    const std::uint64_t bits = std::bit_cast<std::uint64_t>(x.value.high);
+    Known& entry = known[((bits + std::bit_cast<std::uint64_t>(exponent)) * 0x9e3779b97f4a7c15u) >> 52];
+    if (entry.base.value.high != x.value.high || entry.base.value.low != x.value.low ||
+        entry.exponent != exponent)
+        entry = {x, exponent, Proof::PowerByMPFR(x.value, exponent)};
+    return entry.power;
+}
+inline Exact Cube(Exact x)
+{
+    return x * x * x;
+}
+inline Exact Sin(Exact x)
+{
+    return SinOf(x, 0);
+}
+inline Exact Cos(Exact x)
+{
+    return SinOf(x, 1);
 }
 
 }   // namespace QZ::Foundation::QZ_TARGET

@@ -179,4 +179,13 @@ float PowerReference::Nearest(float x, double& distance) const
     return nearest;
 }
 
+DoubleDouble PowerByMPFR(DoubleDouble x, double exponent)
+{
+    Mpfr power(x.high);
+    mpfr_add_d(power.Get(), power.Get(), x.low, MPFR_RNDN);
+    const Mpfr e(exponent);
+    mpfr_pow(power.Get(), power.Get(), e.Get(), MPFR_RNDN);
+    return ToPair(power);
+}
+
 }   // namespace QZ::Proof

@@ -45,4 +45,7 @@ private:
     std::vector<Foundation::DoubleDouble> m_binaries;   ///< of exponents from kLeastBinary to 127
 };
 
+/// The power of a positive number with any exponent, to 2^-100.
+Foundation::DoubleDouble PowerByMPFR(Foundation::DoubleDouble x, double exponent);
+
 }   // namespace QZ::Proof

@@ -62,7 +62,8 @@ double distanceFromPole(double x, double y)
 double lengthOfRayUntilIntersect(double theta, double slope, double intercept)
 {
     namespace Double = QZ::Foundation::Double;
-    return formula::LengthOfRayUntilIntersect(Double::Sin(theta), Double::Cos(theta), {slope, intercept});
+    return formula::LengthOfRayUntilIntersect(Double::Sin(theta), Double::Cos(theta),
+                                              formula::Line{slope, intercept});
 }
 
 double maxSafeChromaForL(double L)
@@ -152,20 +153,20 @@ Tuple lchToHuslp(Tuple lch)
 
 void huslToRgb(double h, double s, double l, double* r, double* g, double* b)
 {
-    Store(formula::HSLToRGB<Full::eGamut>({h, s, l}), r, g, b);
+    Store(formula::HSLToRGB<Full::eGamut>(formula::Triple{h, s, l}), r, g, b);
 }
 
 void rgbToHusl(double r, double g, double b, double* h, double* s, double* l)
 {
-    Store(formula::RGBToHSL<Full::eGamut>({r, g, b}), h, s, l);
+    Store(formula::RGBToHSL<Full::eGamut>(formula::Triple{r, g, b}), h, s, l);
 }
 
 void huslpToRgb(double h, double s, double l, double* r, double* g, double* b)
 {
-    Store(formula::HSLToRGB<Full::ePastel>({h, s, l}), r, g, b);
+    Store(formula::HSLToRGB<Full::ePastel>(formula::Triple{h, s, l}), r, g, b);
 }
 
 void rgbToHuslp(double r, double g, double b, double* h, double* s, double* l)
 {
-    Store(formula::RGBToHSL<Full::ePastel>({r, g, b}), h, s, l);
+    Store(formula::RGBToHSL<Full::ePastel>(formula::Triple{r, g, b}), h, s, l);
 }

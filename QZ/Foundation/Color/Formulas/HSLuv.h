@@ -19,17 +19,32 @@
 namespace QZ::Foundation::HSLuv {
 
 /// A colour; its space says what the three numbers are.
-struct Triple {
-    double a;
-    double b;
-    double c;
+template <class F>
+struct TripleOf {
+    F a;
+    F b;
+    F c;
 };
+using Triple = TripleOf<double>;
 
 /// v = slope * u + intercept: a face of the RGB cube cut by a plane of equal lightness.
-struct Line {
-    double slope;
-    double intercept;
+template <class F>
+struct LineOf {
+    F slope;
+    F intercept;
 };
+using Line = LineOf<double>;
+
+// What the formulas take of double. Another number type brings its own.
+using Double::Atan2;
+using Double::Cos;
+using Double::Cube;
+using Double::Pow;
+using Double::Sin;
+inline double Sqrt(double x)
+{
+    return std::sqrt(x);
+}
 
 inline constexpr double xyzToLinearRGB[3][3] = {
     {3.2409699419045213, -1.5373831775700935, -0.4986107602930033},
@@ -50,116 +65,133 @@ inline constexpr double cieEpsilon = 0.008856451679035631;
 inline constexpr double tiny = 1e-8;
 inline constexpr double almostWhite = 99.9999999;
 
-inline double Dot(const Triple& a, const Triple& b)
+template <class F>
+F Dot(const TripleOf<F>& a, const TripleOf<F>& b)
 {
     return ((0.0 + a.a * b.a) + a.b * b.b) + a.c * b.c;
 }
-inline Triple Apply(const double (&matrix)[3][3], const Triple& v)
+template <class F>
+TripleOf<F> Apply(const double (&matrix)[3][3], const TripleOf<F>& v)
 {
-    const auto row = [&](const double(&r)[3]) { return Dot({r[0], r[1], r[2]}, v); };
+    const auto row = [&](const double(&r)[3]) { return Dot(TripleOf<F>{F(r[0]), F(r[1]), F(r[2])}, v); };
     return {row(matrix[0]), row(matrix[1]), row(matrix[2])};
 }
 
 /// The sRGB curve (IEC 61966-2-1:1999); the exponent is the double nearest 1 / 2.4.
-inline double FromLinear(double c)
+template <class F>
+F FromLinear(F c)
 {
-    return c <= 0.0031308 ? 12.92 * c : 1.055 * Double::Pow(c, 0.4166666666666667) - 0.055;
+    return c <= 0.0031308 ? 12.92 * c : 1.055 * Pow(c, 0.4166666666666667) - 0.055;
 }
-inline double ToLinear(double c)
+template <class F>
+F ToLinear(F c)
 {
-    return c > 0.04045 ? Double::Pow((c + 0.055) / 1.055, 2.4) : c / 12.92;
+    return c > 0.04045 ? Pow((c + 0.055) / 1.055, 2.4) : c / 12.92;
 }
 
-inline Triple XYZToRGB(const Triple& xyz)
+template <class F>
+TripleOf<F> XYZToRGB(const TripleOf<F>& xyz)
 {
-    const Triple linear = Apply(xyzToLinearRGB, xyz);
+    const TripleOf<F> linear = Apply(xyzToLinearRGB, xyz);
     return {FromLinear(linear.a), FromLinear(linear.b), FromLinear(linear.c)};
 }
-inline Triple RGBToXYZ(const Triple& rgb)
+template <class F>
+TripleOf<F> RGBToXYZ(const TripleOf<F>& rgb)
 {
-    return Apply(linearRGBToXYZ, {ToLinear(rgb.a), ToLinear(rgb.b), ToLinear(rgb.c)});
+    return Apply(linearRGBToXYZ, TripleOf<F>{ToLinear(rgb.a), ToLinear(rgb.b), ToLinear(rgb.c)});
 }
 
 /// CIE lightness (CIE 15:2004, 8.2.1.1), 0 to 100.
-inline double YToL(double Y)
+template <class F>
+F YToL(F Y)
 {
-    return Y <= cieEpsilon ? Y * cieKappa : 116.0 * Double::Pow(Y, 0.3333333333333333) - 16.0;
+    return Y <= cieEpsilon ? Y * cieKappa : 116.0 * Pow(Y, 0.3333333333333333) - 16.0;
 }
-inline double LToY(double L)
+template <class F>
+F LToY(F L)
 {
-    return L <= 8.0 ? L / cieKappa : Double::Cube((L + 16.0) / 116.0);
+    return L <= 8.0 ? L / cieKappa : Cube((L + 16.0) / 116.0);
 }
 
-inline Triple XYZToLuv(const Triple& xyz)
+template <class F>
+TripleOf<F> XYZToLuv(const TripleOf<F>& xyz)
 {
     const auto [X, Y, Z] = xyz;
-    const double L = YToL(Y);
+    const F L = YToL(Y);
     if (L == 0.0)
-        return {0.0, 0.0, 0.0};
-    const double d = (15.0 * Y + X) + 3.0 * Z;
-    const double u = 4.0 * X / d;
-    const double v = 9.0 * Y / d;
+        return {F(0.0), F(0.0), F(0.0)};
+    const F d = (15.0 * Y + X) + 3.0 * Z;
+    const F u = 4.0 * X / d;
+    const F v = 9.0 * Y / d;
     return {L, 13.0 * L * (u - whiteU), 13.0 * L * (v - whiteV)};
 }
-inline Triple LuvToXYZ(const Triple& luv)
+template <class F>
+TripleOf<F> LuvToXYZ(const TripleOf<F>& luv)
 {
     const auto [L, U, V] = luv;
     if (L == 0.0)
-        return {0.0, 0.0, 0.0};
-    const double u = U / (13.0 * L) + whiteU;
-    const double v = V / (13.0 * L) + whiteV;
-    const double Y = LToY(L);
-    const double X = 0.0 - (9.0 * Y * u) / ((u - 4.0) * v - u * v);
-    const double Z = ((9.0 * Y - 15.0 * v * Y) - v * X) / (3.0 * v);
+        return {F(0.0), F(0.0), F(0.0)};
+    const F u = U / (13.0 * L) + whiteU;
+    const F v = V / (13.0 * L) + whiteV;
+    const F Y = LToY(L);
+    const F X = 0.0 - (9.0 * Y * u) / ((u - 4.0) * v - u * v);
+    const F Z = ((9.0 * Y - 15.0 * v * Y) - v * X) / (3.0 * v);
     return {X, Y, Z};
 }
 
 /// Hue in degrees, from 0 to 360; 0 for a grey.
-inline Triple LuvToLCh(const Triple& luv)
+template <class F>
+TripleOf<F> LuvToLCh(const TripleOf<F>& luv)
 {
     const auto [L, U, V] = luv;
-    const double C = std::sqrt(U * U + V * V);
+    const F C = Sqrt(U * U + V * V);
     if (C < tiny)
-        return {L, C, 0.0};
-    const double H = Double::Atan2(V, U) * 360.0 * 0.5 / Math::CConstants::PI;
+        return {L, C, F(0.0)};
+    const F H = Atan2(V, U) * 360.0 * 0.5 / Math::CConstants::PI;
     return {L, C, H < 0.0 ? H + 360.0 : H};
 }
-inline Triple LChToLuv(const Triple& lch)
+template <class F>
+TripleOf<F> LChToLuv(const TripleOf<F>& lch)
 {
-    const double hue = ((lch.c / 360.0) * 2.0) * Math::CConstants::PI;
-    return {lch.a, Double::Cos(hue) * lch.b, Double::Sin(hue) * lch.b};
+    const F hue = ((lch.c / 360.0) * 2.0) * Math::CConstants::PI;
+    return {lch.a, Cos(hue) * lch.b, Sin(hue) * lch.b};
 }
 
 /// The six sides of the gamut at lightness L: R = 0, R = 1, G = 0, G = 1, B = 0 and B = 1.
-inline std::array<Line, 6> Bounds(double L)
+template <class F>
+std::array<LineOf<F>, 6> Bounds(F L)
 {
-    const double cube = Double::Cube(L + 16.0) / 1560896.0;   // 116^3
-    const double Y = cube > cieEpsilon ? cube : L / cieKappa;
-    std::array<Line, 6> lines;
+    const F cube = Cube(L + 16.0) / 1560896.0;   // 116^3
+    const F Y = cube > cieEpsilon ? cube : L / cieKappa;
+    std::array<LineOf<F>, 6> lines;
     auto* line = lines.data();
-    for (const auto& [m1, m2, m3] : xyzToLinearRGB) {
+    for (const auto& row : xyzToLinearRGB) {
+        const F m1 = row[0];
+        const F m2 = row[1];
+        const F m3 = row[2];
         for (const double t : {0.0, 1.0}) {
-            const double top1 = (284517.0 * m1 - 94839.0 * m3) * Y;
-            const double top2 = (838422.0 * m3 + 769860.0 * m2 + 731718.0 * m1) * L * Y - 769860.0 * t * L;
-            const double bottom = (632260.0 * m3 - 126452.0 * m2) * Y + 126452.0 * t;
+            const F top1 = (284517.0 * m1 - 94839.0 * m3) * Y;
+            const F top2 = (838422.0 * m3 + 769860.0 * m2 + 731718.0 * m1) * L * Y - 769860.0 * t * L;
+            const F bottom = (632260.0 * m3 - 126452.0 * m2) * Y + 126452.0 * t;
             *line++ = {top1 / bottom, top2 / bottom};
         }
     }
     return lines;
 }
 
-inline double DistanceFromPole(double x, double y)
+template <class F>
+F DistanceFromPole(F x, F y)
 {
-    return std::sqrt(x * x + y * y);
+    return Sqrt(x * x + y * y);
 }
 
 /// The smallest of f(line) that is not below 0; the largest double when there is none. NaN never counts.
-template <class Function>
-double SmallestLength(double L, Function&& f)
+template <class F, class Function>
+F SmallestLength(F L, Function&& f)
 {
-    double smallest = std::numeric_limits<double>::max();
-    for (const Line& line : Bounds(L)) {
-        const double length = f(line);
+    F smallest = std::numeric_limits<double>::max();
+    for (const LineOf<F>& line : Bounds(L)) {
+        const F length = f(line);
         if (length >= 0.0 && length < smallest)
             smallest = length;
     }
@@ -167,31 +199,36 @@ double SmallestLength(double L, Function&& f)
 }
 
 /// The chroma that is in gamut at every hue: the distance of the nearest side.
-inline double MaxSafeChromaForL(double L)
+template <class F>
+F MaxSafeChromaForL(F L)
 {
-    return SmallestLength(L, [](const Line& line) {
-        const double x = line.intercept / (-1.0 / line.slope - line.slope);
-        const double y = line.slope * x + line.intercept;
+    return SmallestLength(L, [](const LineOf<F>& line) {
+        const F x = line.intercept / (-1.0 / line.slope - line.slope);
+        const F y = line.slope * x + line.intercept;
         return DistanceFromPole(x, y);
     });
 }
 
-inline double LengthOfRayUntilIntersect(double sine, double cosine, const Line& line)
+template <class F>
+F LengthOfRayUntilIntersect(F sine, F cosine, const LineOf<F>& line)
 {
     return line.intercept / (sine - line.slope * cosine);
 }
 
 /// The chroma of the gamut's edge at hue H, in degrees.
-inline double MaxChromaForLH(double L, double H)
+template <class F>
+F MaxChromaForLH(F L, F H)
 {
-    const double hue = ((H / 360.0) * Math::CConstants::PI) * 2.0;
-    const double sine = Double::Sin(hue);
-    const double cosine = Double::Cos(hue);
-    return SmallestLength(L, [&](const Line& line) { return LengthOfRayUntilIntersect(sine, cosine, line); });
+    const F hue = ((H / 360.0) * Math::CConstants::PI) * 2.0;
+    const F sine = Sin(hue);
+    const F cosine = Cos(hue);
+    return SmallestLength(
+        L, [&](const LineOf<F>& line) { return LengthOfRayUntilIntersect(sine, cosine, line); });
 }
 
 /// False at black and white, where there is no chroma, and for NaN.
-inline bool HasChroma(double L)
+template <class F>
+bool HasChroma(F L)
 {
     return L >= tiny && L <= almostWhite;
 }
@@ -201,36 +238,36 @@ enum class Full {
     eGamut,    ///< HSLuv: the gamut's edge at the hue.
     ePastel,   ///< HPLuv: the same at every hue.
 };
-template <Full full>
-double FullChroma(double L, double H)
+template <Full full, class F>
+F FullChroma(F L, F H)
 {
     return full == Full::eGamut ? MaxChromaForLH(L, H) : MaxSafeChromaForL(L);
 }
 
 /// (H, S, L) to (L, C, H). L is passed on as it is.
-template <Full full>
-Triple HSLToLCh(const Triple& hsl)
+template <Full full, class F>
+TripleOf<F> HSLToLCh(const TripleOf<F>& hsl)
 {
     const auto [H, S, L] = hsl;
-    const double C = HasChroma(L) ? FullChroma<full>(L, H) / 100.0 * S : 0.0;
-    return {L, C, S < tiny ? 0.0 : H};
+    const F C = HasChroma(L) ? FullChroma<full>(L, H) / 100.0 * S : F(0.0);
+    return {L, C, S < tiny ? F(0.0) : H};
 }
 /// (L, C, H) to (H, S, L).
-template <Full full>
-Triple LChToHSL(const Triple& lch)
+template <Full full, class F>
+TripleOf<F> LChToHSL(const TripleOf<F>& lch)
 {
     const auto [L, C, H] = lch;
-    const double S = HasChroma(L) ? C / FullChroma<full>(L, H) * 100.0 : 0.0;
-    return {C < tiny ? 0.0 : H, S, L};
+    const F S = HasChroma(L) ? C / FullChroma<full>(L, H) * 100.0 : F(0.0);
+    return {C < tiny ? F(0.0) : H, S, L};
 }
 
-template <Full full>
-Triple HSLToRGB(const Triple& hsl)
+template <Full full, class F>
+TripleOf<F> HSLToRGB(const TripleOf<F>& hsl)
 {
     return XYZToRGB(LuvToXYZ(LChToLuv(HSLToLCh<full>(hsl))));
 }
-template <Full full>
-Triple RGBToHSL(const Triple& rgb)
+template <Full full, class F>
+TripleOf<F> RGBToHSL(const TripleOf<F>& rgb)
 {
     return LChToHSL<full>(LuvToLCh(XYZToLuv(RGBToXYZ(rgb))));
 }

@@ -31,7 +31,7 @@ inline std::vector<float> Table(int hueCount, int lightnessCount)
         const double L = i == lightnessCount - 1 ? 100.0 : double{static_cast<float>(i) * stepL};
         for (int j = 0; j < hueCount; ++j) {
             const float h = static_cast<float>(j) * stepH + offset;
-            const double c = HSLuv::MaxChromaForLH(L, h < 0.0f ? h + 360.0f : h);
+            const double c = HSLuv::MaxChromaForLH(L, double{h < 0.0f ? h + 360.0f : h});
             const float value = static_cast<float>(c) * 0.01f;
             *entry++ = value > 0.0f ? value : 0.0f;
         }
