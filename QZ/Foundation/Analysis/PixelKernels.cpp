@@ -333,9 +333,7 @@ HWY_FLATTEN void RecolorPixels(const RecolorArguments& arguments, unsigned char*
         const Vec3<Lane> rgb =
             IPTToLinearRGB(false, arguments.illuminant, Vec3<Lane>(ipt.x, P * magnitude, T * magnitude));
 
-        const LaneBits red = BytesOf(arguments.encode, rgb.x);
-        const LaneBits green = BytesOf(arguments.encode, rgb.y);
-        const LaneBits blue = BytesOf(arguments.encode, rgb.z);
+        const auto [red, green, blue] = BytesOf(arguments.encode, rgb);
         const Lane luma = 0.114f * toFloat(blue) + 0.587f * toFloat(green) + 0.299f * toFloat(red);
         const LaneBits alpha = hn::BitCast(u, hn::ConvertTo(s, (luma + 0.5f).vector));
         StoreBytes(red, green, blue, alpha, out.data() + 4 * i);

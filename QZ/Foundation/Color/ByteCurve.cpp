@@ -7,48 +7,51 @@ namespace QZ::Foundation {
 
 namespace formula = QZ_TARGET;
 
+using Rounding = ByteCurve::Rounding;
+
 namespace {
 
-unsigned Rounded(float unit)
+float EncodedSRGB(float c)
 {
-    return static_cast<unsigned>(formula::ClampToUnit(unit) * 255.0f + 0.5f);
+    return formula::LinearToNonlinear(false, c);
 }
 
-unsigned Truncated(float unit)
+float Same(float c)
 {
-    return static_cast<unsigned>(formula::ClampToUnit(unit) * 255.0f);
+    return c;
 }
 
 }   // namespace
 
 const ByteCurve& EncodedByte(bool useGamma22)
 {
-    static const ByteCurve sRGB([](float c) { return Rounded(formula::LinearToNonlinear(false, c)); });
-    static const ByteCurve gamma22([](float c) { return Rounded(formula::LinearToNonlinear(true, c)); });
+    static const ByteCurve sRGB(EncodedSRGB, Rounding::eNearest);
+    static const ByteCurve gamma22([](float c) { return formula::LinearToNonlinear(true, c); },
+                                   Rounding::eNearest);
     return useGamma22 ? gamma22 : sRGB;
 }
 
 const ByteCurve& TruncatedSRGBByte()
 {
-    static const ByteCurve curve([](float c) { return Truncated(formula::LinearToNonlinear(false, c)); });
+    static const ByteCurve curve(EncodedSRGB, Rounding::eDown);
     return curve;
 }
 
 const ByteCurve& LightnessByte()
 {
-    static const ByteCurve curve([](float Y) { return Rounded(formula::LinearYToLXX(Y)); });
+    static const ByteCurve curve([](float Y) { return formula::LinearYToLXX(Y); }, Rounding::eNearest);
     return curve;
 }
 
 const ByteCurve& UnitByte()
 {
-    static const ByteCurve curve(Rounded);
+    static const ByteCurve curve(Same, Rounding::eNearest);
     return curve;
 }
 
 const ByteCurve& TruncatedUnitByte()
 {
-    static const ByteCurve curve(Truncated);
+    static const ByteCurve curve(Same, Rounding::eDown);
     return curve;
 }
 

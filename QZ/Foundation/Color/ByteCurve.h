@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "QZ/Foundation/Color/ByteEstimate.h"
+
 namespace QZ::Foundation {
 
 /// A nondecreasing function from 0 up to 2 to a byte, by its thresholds: the byte of a curve without its
@@ -19,10 +21,21 @@ public:
     /// What greater arguments count as: the last float before 2.
     static constexpr float kMost = 0x1.fffffep+0f;
 
-    /// \param byteOf  0 of 0 and 255 before 2 is reached; its steps lie no closer than a 1/128 of their place.
-    template <class Function>
-    explicit ByteCurve(const Function& byteOf)
+    enum class Rounding {
+        eNearest,   ///< halves up
+        eDown,
+    };
+
+    /// \param unitOf  a nondecreasing curve, which is clamped to 0 to 1, taken 255 times and rounded. It gives
+    ///                0 for 0 and 1 before 2 is reached; its steps lie no closer than a 1/128 of their place.
+    ByteCurve(float (*unitOf)(float), Rounding rounding)
+        : m_estimate(unitOf, rounding == Rounding::eNearest ? 0.0 : -0.5)
     {
+        const auto byteOf = [&](float x) {
+            const float unit = unitOf(x);
+            const float clamped = unit > 0.0f ? (unit < 1.0f ? unit : 1.0f) : 0.0f;
+            return static_cast<unsigned>(clamped * 255.0f + (rounding == Rounding::eNearest ? 0.5f : 0.0f));
+        };
         std::uint32_t thresholds[256] = {};
         for (unsigned byte = 1; byte < 256; ++byte)
             thresholds[byte] = FirstNotBelow(byteOf, byte);
@@ -51,6 +64,8 @@ public:
     /// The upper half of the bits of Lowest().
     [[nodiscard]] std::uint32_t FirstCell() const { return m_first; }
     [[nodiscard]] const std::uint32_t* Cells() const { return m_cells.data(); }
+    /// The same byte for less, mostly.
+    [[nodiscard]] const ByteEstimate& Estimate() const { return m_estimate; }
 
 private:
     static constexpr std::uint32_t kTwo = 0x40000000;   // the bits of 2
@@ -70,6 +85,7 @@ private:
 
     std::uint32_t m_first = 0;
     std::vector<std::uint32_t> m_cells;
+    ByteEstimate m_estimate;
 };
 
 /// \name Curves of the library, built once

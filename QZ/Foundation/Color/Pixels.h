@@ -195,8 +195,8 @@ HWY_INLINE Vec3<Lane> LoadPixels(const ByteTable& ofByte, const unsigned char* r
 
 #endif
 
-/// The byte that a curve makes of each float.
-HWY_INLINE LaneBits BytesOf(const ByteCurve& curve, Lane x)
+/// The byte that a curve makes of each float, by its thresholds.
+HWY_INLINE LaneBits BytesByThresholds(const ByteCurve& curve, Lane x)
 {
     const hn::RebindToUnsigned<Lane::Tag> u;
     const hn::RebindToSigned<Lane::Tag> s;
@@ -207,6 +207,67 @@ HWY_INLINE LaneBits BytesOf(const ByteCurve& curve, Lane x)
     const LaneBits entry = hn::GatherIndex(u, curve.Cells(), hn::BitCast(s, cell));
     return hn::ShiftRight<16>(hn::Add(entry, hn::And(bits, hn::Set(u, 0xFFFFu))));
 }
+
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX3
+
+/// What the curve's estimate says, and which of it is open.
+struct EstimatedBytes {
+    LaneBits bytes;
+    __mmask16 isOpen;
+};
+HWY_INLINE EstimatedBytes Estimate(const ByteEstimate& estimate, Lane x)
+{
+    // Of two operands the maximum takes the second where either is NaN.
+    const __m512 zero = _mm512_setzero_ps();
+    const __m512 inRange = _mm512_min_ps(_mm512_max_ps(x.vector.raw, zero), _mm512_set1_ps(1.0f));
+    const __m512i bits = _mm512_castps_si512(_mm512_add_ps(inRange, _mm512_set1_ps(ByteEstimate::kShift)));
+    const __m512i cell = _mm512_srli_epi32(bits, 21);
+    const __m512i place =
+        _mm512_or_si512(_mm512_and_si512(bits, _mm512_set1_epi32(0x1fffff)), _mm512_set1_epi32(0x3f800000));
+    const __m512 t = _mm512_sub_ps(_mm512_castsi512_ps(place), _mm512_set1_ps(1.125f));
+    const auto coefficient = [&](int k) HWY_ATTR {
+        const float* c = estimate.coefficients[k];
+        return _mm512_permutex2var_ps(_mm512_load_ps(c), cell, _mm512_load_ps(c + 16));
+    };
+    const __m512 t2 = _mm512_mul_ps(t, t);
+    const __m512 even =
+        _mm512_fmadd_ps(_mm512_fmadd_ps(coefficient(4), t2, coefficient(2)), t2, coefficient(0));
+    const __m512 odd = _mm512_fmadd_ps(coefficient(3), t2, coefficient(1));
+    const __m512 value = _mm512_fmadd_ps(odd, t, even);
+    const __m512i nearest = _mm512_cvtps_epi32(value);
+    const __m512 off = _mm512_abs_ps(_mm512_sub_ps(value, _mm512_cvtepi32_ps(nearest)));
+    const __m512 sure = _mm512_set1_ps(0.5f - ByteEstimate::kMargin);
+    return {LaneBits{nearest}, _mm512_cmp_ps_mask(off, sure, _CMP_NLT_UQ)};
+}
+
+/// The byte that a curve makes of each float.
+HWY_INLINE LaneBits BytesOf(const ByteCurve& curve, Lane x)
+{
+    const EstimatedBytes estimated = Estimate(curve.Estimate(), x);
+    return HWY_LIKELY(estimated.isOpen == 0) ? estimated.bytes : BytesByThresholds(curve, x);
+}
+HWY_INLINE Vec3<LaneBits> BytesOf(const ByteCurve& curve, const Vec3<Lane>& v)
+{
+    const EstimatedBytes x = Estimate(curve.Estimate(), v.x);
+    const EstimatedBytes y = Estimate(curve.Estimate(), v.y);
+    const EstimatedBytes z = Estimate(curve.Estimate(), v.z);
+    if (HWY_LIKELY((x.isOpen | y.isOpen | z.isOpen) == 0))
+        return {x.bytes, y.bytes, z.bytes};
+    return {BytesByThresholds(curve, v.x), BytesByThresholds(curve, v.y), BytesByThresholds(curve, v.z)};
+}
+
+#else
+
+HWY_INLINE LaneBits BytesOf(const ByteCurve& curve, Lane x)
+{
+    return BytesByThresholds(curve, x);
+}
+HWY_INLINE Vec3<LaneBits> BytesOf(const ByteCurve& curve, const Vec3<Lane>& v)
+{
+    return {BytesOf(curve, v.x), BytesOf(curve, v.y), BytesOf(curve, v.z)};
+}
+
+#endif
 
 /// Three bytes and a fourth as pixels.
 HWY_INLINE void StoreBytes(LaneBits red, LaneBits green, LaneBits blue, LaneBits alpha, unsigned char* rgba)
@@ -221,7 +282,8 @@ HWY_INLINE void StoreBytes(LaneBits red, LaneBits green, LaneBits blue, LaneBits
 HWY_INLINE void StorePixels(const ByteCurve& curve, const Vec3<Lane>& v, unsigned char* rgba)
 {
     const hn::RebindToUnsigned<Lane::Tag> u;
-    StoreBytes(BytesOf(curve, v.x), BytesOf(curve, v.y), BytesOf(curve, v.z), hn::Set(u, 0xFFu), rgba);
+    const Vec3<LaneBits> bytes = BytesOf(curve, v);
+    StoreBytes(bytes.x, bytes.y, bytes.z, hn::Set(u, 0xFFu), rgba);
 }
 
 }   // namespace QZ::Foundation::QZ_TARGET
