@@ -22,6 +22,8 @@
 #undef QZ_HAS_PAIRS
 #define QZ_HAS_PAIRS (HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX2 && HWY_NATIVE_FMA)
 
+#include "QZ/Foundation/Color/Doubts.h"
+
 #if QZ_HAS_PAIRS
 
 HWY_BEFORE_NAMESPACE();
@@ -48,12 +50,6 @@ HWY_INLINE LanePair SquareInPair(Lane x)
 HWY_INLINE LaneCells ExponentOf(LaneCells cell)
 {
     return {hn::ShiftRight<4>(cell.bits)};
-}
-/// The bits in which a and b differ.
-HWY_INLINE LaneCells Difference(Lane a, Lane b)
-{
-    const hn::RebindToUnsigned<Lane::Tag> tag;
-    return {hn::Xor(hn::BitCast(tag, a.vector), hn::BitCast(tag, b.vector))};
 }
 /// The bits of x as a number, rounded.
 HWY_INLINE Lane NumberOf(Lane x)
@@ -152,75 +148,6 @@ HWY_INLINE TwoRoundings RootInPairs(Lane x)
     const Lane leastLow = FusedMulAdd(high, FusedMulAdd(lack, series, excess), low);
     return Round(high, leastLow, FusedMulAdd(high, Lane(RootFactors::kMost), leastLow));
 }
-
-#if HWY_TARGET <= HWY_AVX3
-
-/// Which results of a vector are not sure. Plain numbers: the compiler drops what is known to be 0.
-struct Doubts {
-    __mmask16 bits;
-};
-HWY_INLINE Doubts NoDoubts()
-{
-    return {0};
-}
-HWY_INLINE Doubts Or(Doubts a, Doubts b)
-{
-    return {static_cast<__mmask16>(a.bits | b.bits)};
-}
-HWY_INLINE Doubts And(LaneMask mask, Doubts doubts)
-{
-    return {static_cast<__mmask16>(mask.mask.raw & doubts.bits)};
-}
-HWY_INLINE Doubts WhereDifferent(Lane a, Lane b)
-{
-    return {_mm512_cmp_ps_mask(a.vector.raw, b.vector.raw, _CMP_NEQ_UQ)};
-}
-/// Where any bit is set.
-HWY_INLINE Doubts WhereSet(LaneCells x)
-{
-    return {_mm512_test_epi32_mask(x.bits.raw, x.bits.raw)};
-}
-/// A bit for each float, the first one's the lowest.
-HWY_INLINE std::uint32_t BitsOf(Doubts doubts)
-{
-    return doubts.bits;
-}
-
-#else
-
-/// Which results of a vector are not sure: those with any bit set.
-struct Doubts {
-    hn::Vec<hn::RebindToUnsigned<Lane::Tag> > bits;
-};
-HWY_INLINE Doubts NoDoubts()
-{
-    return {hn::Zero(hn::RebindToUnsigned<Lane::Tag>())};
-}
-HWY_INLINE Doubts Or(Doubts a, Doubts b)
-{
-    return {hn::Or(a.bits, b.bits)};
-}
-HWY_INLINE Doubts And(LaneMask mask, Doubts doubts)
-{
-    const hn::RebindToUnsigned<Lane::Tag> tag;
-    return {hn::IfThenElseZero(hn::RebindMask(tag, mask.mask), doubts.bits)};
-}
-HWY_INLINE Doubts WhereDifferent(Lane a, Lane b)
-{
-    return {Difference(a, b).bits};
-}
-HWY_INLINE Doubts WhereSet(LaneCells x)
-{
-    return {x.bits};
-}
-HWY_INLINE std::uint32_t BitsOf(Doubts doubts)
-{
-    const hn::RebindToUnsigned<Lane::Tag> tag;
-    const auto isSure = hn::BitCast(Lane::Tag(), hn::VecFromMask(tag, hn::Eq(doubts.bits, hn::Zero(tag))));
-    return static_cast<std::uint32_t>(_mm256_movemask_ps(isSure.raw)) ^ 0xffu;
-}
-
-#endif
 
 /// A result, and whether it may be another: where the roundings differ, and outside a range.
 struct PairResult {
