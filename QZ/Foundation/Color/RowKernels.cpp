@@ -41,7 +41,7 @@ HWY_INLINE void MapInPlace(float* components, std::size_t whole, const Curve& cu
     for (std::size_t i = 0; i < whole; i += kMost) {
         const std::size_t size = std::min(kMost, whole - i);
         std::memcpy(arguments, components + i, size * sizeof(float));
-        MapVectors(arguments, size, Lane::Size(), components + i, curve);
+        MapVectors(static_cast<const float*>(arguments), size, Lane::Size(), components + i, curve);
     }
 }
 

@@ -32,19 +32,25 @@ struct DoubtfulVector {
     std::uint32_t bits;   ///< one for each float, set where its result is in doubt
 };
 
-/// Works the results in doubt anew, a vector of them at a time.
+/// A curve, which has no state, of a vector at values.
 template <class Curve>
-HWY_NOINLINE HWY_FLATTEN void Settle(const DoubtfulVector* doubtful, std::size_t count, const float* in,
-                                     float* out, const Curve& curve)
+HWY_NOINLINE HWY_FLATTEN void MapOne(float* values)
 {
     const Lane::Tag tag;
+    hn::Store(Curve()(Lane(hn::Load(tag, values))).vector, tag, values);
+}
+
+/// Works the results in doubt anew, a vector of them at a time.
+HWY_NOINLINE inline void Settle(const DoubtfulVector* doubtful, std::size_t count, const float* in,
+                                float* out, void (*mapOne)(float*))
+{
     constexpr std::size_t kMostInLane = HWY_MAX_BYTES / sizeof(float);
     HWY_ALIGN_MAX float values[kMostInLane];
     std::size_t places[kMostInLane];
     std::size_t n = 0;
     const auto work = [&]() HWY_ATTR {
         std::fill(values + n, values + kMostInLane, 1.0f);
-        hn::Store(curve(Lane(hn::Load(tag, values))).vector, tag, values);
+        mapOne(values);
         for (std::size_t i = 0; i < n; ++i)
             out[places[i]] = values[i];
         n = 0;
@@ -84,7 +90,7 @@ HWY_NOINLINE HWY_FLATTEN void MapVectors(In* in, std::size_t end, std::size_t st
             doubtful[count] = {i, bits};
             count += bits != 0 ? 1 : 0;
         }
-        Settle(doubtful, count, in, out, curve);
+        Settle(doubtful, count, in, out, MapOne<Curve>);
     }
 }
 
@@ -110,7 +116,8 @@ HWY_INLINE std::size_t Whole(std::size_t n)
 /// Colours between two stages: vectors of their first components, of their second, and of their third.
 class Block {
 public:
-    static constexpr std::size_t kColors = 512;
+    /// Both rows of a block, and what of the pictures passes meanwhile, stay in 32 KiB.
+    static constexpr std::size_t kColors = 320;
 
     /// The colours from the i-th on, which begins a vector.
     HWY_INLINE Vec3<Lane> Get(std::size_t i) const { return Get(i, m_colors); }
