@@ -44,7 +44,10 @@ std::uint32_t FirstOf(const ByteCurve& curve, unsigned byte)
     std::uint32_t notBelow = 0x40000000;
     while (notBelow - below > 1) {
         const std::uint32_t middle = below + (notBelow - below) / 2;
-        (curve(std::bit_cast<float>(middle)) < byte ? below : notBelow) = middle;
+        if (curve(std::bit_cast<float>(middle)) < byte)
+            below = middle;
+        else
+            notBelow = middle;
     }
     return notBelow;
 }
