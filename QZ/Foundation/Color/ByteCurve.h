@@ -28,28 +28,7 @@ public:
 
     /// \param unitOf  a nondecreasing curve, which is clamped to 0 to 1, taken 255 times and rounded. It gives
     ///                0 for 0 and 1 before 2 is reached; its steps lie no closer than a 1/128 of their place.
-    ByteCurve(float (*unitOf)(float), Rounding rounding)
-        : m_estimate(unitOf, rounding == Rounding::eNearest ? 0.0 : -0.5)
-    {
-        const auto byteOf = [&](float x) {
-            const float unit = unitOf(x);
-            const float clamped = unit > 0.0f ? (unit < 1.0f ? unit : 1.0f) : 0.0f;
-            return static_cast<unsigned>(clamped * 255.0f + (rounding == Rounding::eNearest ? 0.5f : 0.0f));
-        };
-        std::uint32_t thresholds[256] = {};
-        for (unsigned byte = 1; byte < 256; ++byte)
-            thresholds[byte] = FirstNotBelow(byteOf, byte);
-        m_first = (thresholds[1] >> 16) - 1;
-        unsigned byte = 0;
-        for (std::uint32_t cell = m_first; cell < kTwo >> 16; ++cell) {
-            const std::uint32_t start = cell << 16;
-            while (byte < 255 && thresholds[byte + 1] <= start)
-                ++byte;
-            const bool hasThreshold = byte < 255 && thresholds[byte + 1] < start + 0x10000u;
-            const std::uint32_t offset = hasThreshold ? thresholds[byte + 1] - start : 0x10000u;
-            m_cells.push_back((byte << 16) + (0x10000u - offset));
-        }
-    }
+    ByteCurve(float (*unitOf)(float), Rounding rounding);
 
     /// The byte of x brought between 0 and 2; NaN counts as 0.
     unsigned char operator()(float x) const
@@ -68,21 +47,6 @@ public:
     [[nodiscard]] const ByteEstimate& Estimate() const { return m_estimate; }
 
 private:
-    static constexpr std::uint32_t kTwo = 0x40000000;   // the bits of 2
-
-    /// The bits of the least float whose byte is not below a given one.
-    template <class Function>
-    static std::uint32_t FirstNotBelow(const Function& byteOf, unsigned byte)
-    {
-        std::uint32_t below = 0;
-        std::uint32_t notBelow = kTwo;
-        while (notBelow - below > 1) {
-            const std::uint32_t middle = below + (notBelow - below) / 2;
-            (byteOf(std::bit_cast<float>(middle)) < byte ? below : notBelow) = middle;
-        }
-        return notBelow;
-    }
-
     std::uint32_t m_first = 0;
     std::vector<std::uint32_t> m_cells;
     ByteEstimate m_estimate;
